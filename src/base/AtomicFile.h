@@ -1,0 +1,24 @@
+#pragma once
+
+#include "base/FileLayer.h"
+
+/// Writing a file so that readers see the old content or the new one whole, whatever happens.
+namespace morvo::AtomicFile {
+
+struct Options {
+  /// The mode of a file that does not exist yet (the process's mask is not applied); an existing
+  /// file keeps its own unless `forceMode` is set.
+  std::uint32_t mode = 0644;
+  bool forceMode = false;
+  /// Missing parent directories are created with this mode.
+  std::uint32_t directoryMode = 0755;
+};
+
+/// Writes `content` to a temporary file beside `path`, syncs it, and renames it over `path`.
+/// A symbolic link stays a link: the file it points to is replaced. The old file's mode is kept,
+/// and its owner where the process may. On any failure the old file is whole and no temporary file
+/// is left, unless the process dies in between.
+[[nodiscard]] FileLayer::Result<void> write(FileLayer &files, const QString &path,
+                                            const QByteArray &content, const Options &options = {});
+
+} // namespace morvo::AtomicFile

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "base/Scheduler.h"
+
+namespace morvo {
+
+/// Timers of the Qt event loop of the thread that calls.
+class QtScheduler final : public Scheduler {
+public:
+  [[nodiscard]] Timer after(Duration delay, std::function<void()> work) override;
+  [[nodiscard]] Timer every(Duration period, std::function<void()> work) override;
+};
+
+} // namespace morvo

@@ -1,0 +1,163 @@
+#include "base/SystemFileLayer.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace morvo {
+namespace {
+
+constexpr std::size_t readBlock = std::size_t{1} << 16U;
+constexpr std::size_t longestLink = 4096;
+constexpr std::uint32_t permissionBits = 07777;
+
+std::unexpected<FileError> failure(const char *operation, const QString &path) {
+  return std::unexpected(FileError{errno, QString::fromLatin1(operation), path});
+}
+
+std::unexpected<FileError> failure(const char *operation, int descriptor) {
+  return failure(operation, QStringLiteral("descriptor %1").arg(descriptor));
+}
+
+} // namespace
+
+FileLayer::Result<QByteArray> SystemFileLayer::read(const QString &path) {
+  const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) {
+    return failure("open", path);
+  }
+  QByteArray content;
+  QByteArray block(static_cast<qsizetype>(readBlock), Qt::Uninitialized);
+  for (;;) {
+    const ssize_t count = ::read(descriptor, block.data(), readBlock);
+    if (count < 0 && errno == EINTR) {
+      continue;
+    }
+    if (count < 0) {
+      const auto error = failure("read", path);
+      ::close(descriptor);
+      return error;
+    }
+    if (count == 0) {
+      break;
+    }
+    content.append(block.constData(), count);
+  }
+  ::close(descriptor);
+  return content;
+}
+
+FileLayer::Result<FileLayer::Status> SystemFileLayer::status(const QString &path) {
+  struct stat info{};
+  if (::lstat(QFile::encodeName(path).constData(), &info) != 0) {
+    return failure("stat", path);
+  }
+  return Status{.isRegularFile = S_ISREG(info.st_mode),
+                .isSymbolicLink = S_ISLNK(info.st_mode),
+                .size = static_cast<std::uint64_t>(info.st_size),
+                .mode = info.st_mode & permissionBits,
+                .owner = info.st_uid,
+                .group = info.st_gid};
+}
+
+FileLayer::Result<QString> SystemFileLayer::linkTarget(const QString &path) {
+  QByteArray target(static_cast<qsizetype>(longestLink), Qt::Uninitialized);
+  const ssize_t length =
+      ::readlink(QFile::encodeName(path).constData(), target.data(), longestLink);
+  if (length < 0) {
+    return failure("readlink", path);
+  }
+  target.truncate(length);
+  return QFile::decodeName(target);
+}
+
+FileLayer::Result<int> SystemFileLayer::create(const QString &path, std::uint32_t mode) {
+  const int descriptor = ::open(QFile::encodeName(path).constData(),
+                                O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, static_cast<mode_t>(mode));
+  if (descriptor < 0) {
+    return failure("create", path);
+  }
+  return descriptor;
+}
+
+FileLayer::Result<void> SystemFileLayer::write(int descriptor, const QByteArray &bytes) {
+  qsizetype done = 0;
+  while (done < bytes.size()) {
+    const ssize_t count = ::write(descriptor, bytes.constData() + done,
+                                  static_cast<std::size_t>(bytes.size() - done));
+    if (count < 0 && errno == EINTR) {
+      continue;
+    }
+    if (count < 0) {
+      return failure("write", descriptor);
+    }
+    done += count;
+  }
+  return {};
+}
+
+FileLayer::Result<void> SystemFileLayer::setMode(int descriptor, std::uint32_t mode) {
+  if (::fchmod(descriptor, static_cast<mode_t>(mode)) != 0) {
+    return failure("chmod", descriptor);
+  }
+  return {};
+}
+
+FileLayer::Result<void> SystemFileLayer::setOwner(int descriptor, std::uint32_t owner,
+                                                  std::uint32_t group) {
+  if (::fchown(descriptor, owner, group) != 0) {
+    return failure("chown", descriptor);
+  }
+  return {};
+}
+
+FileLayer::Result<void> SystemFileLayer::sync(int descriptor) {
+  if (::fsync(descriptor) != 0) {
+    return failure("fsync", descriptor);
+  }
+  return {};
+}
+
+FileLayer::Result<void> SystemFileLayer::close(int descriptor) {
+  if (::close(descriptor) != 0) {
+    return failure("close", descriptor);
+  }
+  return {};
+}
+
+FileLayer::Result<void> SystemFileLayer::rename(const QString &from, const QString &to) {
+  if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0) {
+    return failure("rename", to);
+  }
+  return {};
+}
+
+FileLayer::Result<void> SystemFileLayer::remove(const QString &path) {
+  if (::unlink(QFile::encodeName(path).constData()) != 0) {
+    return failure("remove", path);
+  }
+  return {};
+}
+
+FileLayer::Result<void> SystemFileLayer::makeDirectories(const QString &path, std::uint32_t mode) {
+  if (QFileInfo(path).isDir()) {
+    return {};
+  }
+  const QString parent = QFileInfo(path).path();
+  if (parent != path) {
+    if (auto made = makeDirectories(parent, mode); !made) {
+      return made;
+    }
+  }
+  if (::mkdir(QFile::encodeName(path).constData(), static_cast<mode_t>(mode)) != 0 &&
+      !(errno == EEXIST && QFileInfo(path).isDir())) {
+    return failure("mkdir", path);
+  }
+  return {};
+}
+
+} // namespace morvo

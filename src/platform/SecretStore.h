@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace morvo {
+
+/// Secrets of the user, each identified by a service and an account. Main thread. A secret never
+/// appears in a log, an error text or any file but the store's own.
+class SecretStore {
+public:
+  virtual ~SecretStore() = default;
+
+  /// The secret; nothing on any failure. Never blocks.
+  [[nodiscard]] virtual std::optional<QString> read(const QString &service,
+                                                    const QString &account) const = 0;
+  /// Stores the value, trimmed of white space and line ends. An empty result does nothing at all,
+  /// so an existing secret stays. A failure to store is not reported.
+  virtual void save(const QString &value, const QString &service, const QString &account) = 0;
+
+  /// Whether a read gives a non-empty text.
+  [[nodiscard]] bool has(const QString &service, const QString &account) const {
+    const auto value = read(service, account);
+    return value && !value->isEmpty();
+  }
+};
+
+} // namespace morvo

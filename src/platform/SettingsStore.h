@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+namespace morvo {
+
+/// The user's key-value settings, shared with other processes: each read sees the latest value, so
+/// a change acts at its next use. No schema; a key that was never written is absent. Thread-safe.
+class SettingsStore {
+public:
+  virtual ~SettingsStore() = default;
+
+  /// The stored object; nothing when the key was never written.
+  [[nodiscard]] virtual std::optional<QVariant> object(const QString &key) const = 0;
+  virtual void set(const QString &key, const QVariant &value) = 0;
+  virtual void remove(const QString &key) = 0;
+};
+
+} // namespace morvo

@@ -1,0 +1,21 @@
+# cmake -DCOMPILER= -DHEADER= -DEXPECT=pass|fail -DWORK= -DINCLUDES=a|b -P TryInclude.cmake
+file(MAKE_DIRECTORY "${WORK}")
+file(WRITE "${WORK}/probe.cpp" "#include \"${HEADER}\"\n")
+string(REPLACE "|" ";" folders "${INCLUDES}")
+list(REMOVE_DUPLICATES folders)
+set(flags -std=c++23 -fPIC -fsyntax-only)
+foreach(folder IN LISTS folders)
+  list(APPEND flags "-I${folder}")
+endforeach()
+execute_process(COMMAND "${COMPILER}" ${flags} "${WORK}/probe.cpp"
+  RESULT_VARIABLE status ERROR_VARIABLE errors)
+if(EXPECT STREQUAL pass)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${HEADER} should compile here:\n${errors}")
+  endif()
+elseif(status EQUAL 0)
+  message(FATAL_ERROR "${HEADER} should not be reachable here")
+elseif(NOT errors MATCHES "${HEADER}: No such file or directory")
+  # Any other error would let a broken probe pass as a proof.
+  message(FATAL_ERROR "${HEADER} failed for another reason:\n${errors}")
+endif()
