@@ -1,0 +1,163 @@
+#include "monitor/AttentionEngine.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace morvo::AttentionEngine {
+namespace {
+
+/// From this percentage on a quota counts as tight.
+constexpr int pressurePct = 70;
+
+const QString calmHeadline = QStringLiteral("都安静 · 没有要你拍板的事");
+
+bool isTight(const SourceLoad &load) { return load.usedPct.value_or(0) >= pressurePct; }
+
+AttentionItem confirmItem(const AttentionSnapshot::PendingConfirm &pending) {
+  return {.id = QStringLiteral("confirm"),
+          .kind = AttentionKind::needsConfirm,
+          .title = QStringLiteral("等你确认"),
+          .detail = pending.agent + QStringLiteral("：") + pending.summary,
+          .agentName = pending.agent};
+}
+
+AttentionItem doneItem(const AttentionSnapshot::RecentDone &done) {
+  return {.id = QStringLiteral("done-") + done.agent,
+          .kind = AttentionKind::agentDone,
+          .title = QStringLiteral("刚完成"),
+          .detail =
+              done.label.isEmpty() ? done.agent : done.agent + QStringLiteral(" · ") + done.label,
+          .agentName = done.agent};
+}
+
+QString trustNote(QuotaTrust trust) {
+  switch (trust) {
+  case QuotaTrust::live:
+    return QStringLiteral("（真实额度）");
+  case QuotaTrust::calibrated:
+    return QStringLiteral("（估算，非官方）");
+  case QuotaTrust::metered:
+  case QuotaTrust::missing:
+    return {};
+  }
+  Q_UNREACHABLE();
+}
+
+AttentionItem quotaItem(const SourceLoad &load) {
+  return {.id = QStringLiteral("quota-") + load.id,
+          .kind = AttentionKind::quotaPressure,
+          .title = load.name + QStringLiteral(" 额度偏紧"),
+          .detail = load.primaryLine() + trustNote(load.trust),
+          .agentName = load.name};
+}
+
+AttentionItem calmItem() {
+  return {.id = QStringLiteral("calm"),
+          .kind = AttentionKind::calm,
+          .title = QStringLiteral("都安静"),
+          .detail = QStringLiteral("没有要你拍板的事"),
+          .agentName = std::nullopt};
+}
+
+QString explainPressure(const std::optional<SourceLoad> &tightest) {
+  if (tightest && tightest->trust == QuotaTrust::live) {
+    return tightest->name + QStringLiteral(" 官方额度偏紧，我放慢一点。");
+  }
+  if (tightest && tightest->trust == QuotaTrust::calibrated) {
+    return tightest->name + QStringLiteral(" 负载偏高（历史估算，不是官方剩余），我有点蔫。");
+  }
+  return QStringLiteral("额度偏紧，先稳住节奏。");
+}
+
+QString explainLoad(const std::optional<SourceLoad> &tightest) {
+  if (!tightest || !isTight(*tightest)) {
+    return QStringLiteral("一切平静。");
+  }
+  const QString pct = QString::number(*tightest->usedPct);
+  return tightest->trust == QuotaTrust::calibrated
+             ? tightest->name + QStringLiteral(" 约 ") + pct + QStringLiteral("%（估算）。")
+             : tightest->name + u' ' + pct + QStringLiteral("%（真实）。");
+}
+
+} // namespace
+
+std::vector<AttentionItem> rank(const AttentionSnapshot &snapshot) {
+  std::vector<AttentionItem> items;
+  if (snapshot.pendingConfirm) {
+    items.push_back(confirmItem(*snapshot.pendingConfirm));
+  }
+  if (snapshot.recentDone) {
+    items.push_back(doneItem(*snapshot.recentDone));
+  }
+  std::vector<SourceLoad> tight;
+  std::ranges::copy_if(snapshot.loads, std::back_inserter(tight), isTight);
+  // Shows in the result only where two loads share an id.
+  std::ranges::stable_sort(tight, std::ranges::greater(),
+                           [](const SourceLoad &load) { return *load.usedPct; });
+  std::ranges::transform(tight, std::back_inserter(items), quotaItem);
+  if (items.empty()) {
+    items.push_back(calmItem());
+  }
+  std::ranges::stable_sort(items, [](const AttentionItem &left, const AttentionItem &right) {
+    return std::tie(left.kind, left.id) < std::tie(right.kind, right.id);
+  });
+  return items;
+}
+
+QString headline(const std::vector<AttentionItem> &items) {
+  if (items.empty()) {
+    return calmHeadline;
+  }
+  const AttentionItem &first = items.front();
+  switch (first.kind) {
+  case AttentionKind::needsConfirm:
+    return first.detail;
+  case AttentionKind::agentDone:
+    return first.detail + QStringLiteral(" 刚完成");
+  case AttentionKind::quotaPressure:
+    return first.title + QStringLiteral(" · ") + first.detail;
+  case AttentionKind::running:
+  case AttentionKind::connectorGap:
+    return first.title;
+  case AttentionKind::calm:
+    return calmHeadline;
+  }
+  Q_UNREACHABLE();
+}
+
+std::optional<SourceLoad> tightest(const std::vector<SourceLoad> &loads) {
+  // An absent percentage is less than any.
+  const auto found = std::ranges::max_element(loads, {}, &SourceLoad::usedPct);
+  return found == loads.end() || !found->usedPct ? std::nullopt : std::optional(*found);
+}
+
+QString explain(const std::optional<AttentionItem> &top,
+                const std::optional<SourceLoad> &tightest) {
+  switch (top ? top->kind : AttentionKind::calm) {
+  case AttentionKind::needsConfirm:
+    return QStringLiteral("有一步要你拍板，我先盯着。");
+  case AttentionKind::agentDone:
+    return QStringLiteral("刚做完一轮，可以回头看一眼。");
+  case AttentionKind::quotaPressure:
+    return explainPressure(tightest);
+  case AttentionKind::running:
+    return QStringLiteral("有 agent 在干活，我陪着盯。");
+  case AttentionKind::connectorGap:
+    return top->detail;
+  case AttentionKind::calm:
+    return explainLoad(tightest);
+  }
+  Q_UNREACHABLE();
+}
+
+std::optional<int> aggregateLoadPct(const std::vector<SourceLoad> &loads) {
+  std::optional<int> highest;
+  for (const SourceLoad &load : loads) {
+    if (load.usedPct) {
+      highest = std::max(highest.value_or(0), std::clamp(*load.usedPct, 0, 100));
+    }
+  }
+  return highest;
+}
+
+} // namespace morvo::AttentionEngine

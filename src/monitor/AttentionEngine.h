@@ -1,0 +1,32 @@
+#pragma once
+
+#include "monitor/AttentionItem.h"
+#include "monitor/AttentionSnapshot.h"
+#include "monitor/SourceLoad.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+/// What, of all that is going on, deserves the user's eye now, and how to say it. Pure functions.
+namespace morvo::AttentionEngine {
+
+/// The items by importance, those of one kind by their id; never empty: when nothing deserves the
+/// eye, one item says so. Makes no items of the kinds `running` and `connectorGap`.
+[[nodiscard]] std::vector<AttentionItem> rank(const AttentionSnapshot &snapshot);
+
+/// One line for the first of the items.
+[[nodiscard]] QString headline(const std::vector<AttentionItem> &items);
+
+/// The load with the highest percentage, the first of equals; nothing when no load has one.
+[[nodiscard]] std::optional<SourceLoad> tightest(const std::vector<SourceLoad> &loads);
+
+/// One sentence, in the pet's words, about the first item or else about the tightest load.
+[[nodiscard]] QString explain(const std::optional<AttentionItem> &top,
+                              const std::optional<SourceLoad> &tightest);
+
+/// The highest percentage of all loads, each clamped to 0 … 100; nothing when no load has one.
+[[nodiscard]] std::optional<int> aggregateLoadPct(const std::vector<SourceLoad> &loads);
+
+} // namespace morvo::AttentionEngine
