@@ -1,0 +1,74 @@
+#include "monitor/ActConnector.h"
+
+#include "base/AtomicFile.h"
+#include "monitor/AgentSettings.h"
+#include "monitor/ClaudeConnector.h"
+#include "monitor/ClaudeStyleHookMerger.h"
+#include "monitor/HookScript.h"
+#include "pet/PetFiles.h"
+#include "platform/MorvoHome.h"
+
+#include <utility>
+
+namespace morvo {
+namespace {
+
+const QString toolEvent = QStringLiteral("PreToolUse");
+const QString sourceName = QStringLiteral("claude");
+constexpr const char *toolsThatChange = "Bash|Write|Edit|MultiEdit|NotebookEdit";
+constexpr qsizetype longestId = 64;
+constexpr const char *allowText = R"({"decision":"allow"})";
+constexpr const char *denyText = R"({"decision":"deny"})";
+constexpr AtomicFile::Options decisionOptions{.mode = 0600, .directoryMode = 0700};
+
+bool isPlainId(const QString &id) {
+  return PetFiles::isPlainName(id) && id.toUtf8().size() <= longestId;
+}
+
+} // namespace
+
+ActConnector::ActConnector(HookContext context) : m_context(std::move(context)) {}
+
+QString ActConnector::command() const {
+  return HookScript::command(MorvoHome::permissionScript(m_context.home), sourceName);
+}
+
+nlohmann::json ActConnector::added(nlohmann::json settings) const {
+  auto group = ClaudeStyleHookMerger::group(ClaudeStyleHookMerger::commandHook(command()));
+  group["matcher"] = toolsThatChange;
+  return ClaudeStyleHookMerger::withEntriesAdded(std::move(settings),
+                                                 {{toolEvent, std::move(group)}}, command());
+}
+
+nlohmann::json ActConnector::removed(nlohmann::json settings) const {
+  return ClaudeStyleHookMerger::withRemoved(std::move(settings), {toolEvent}, command());
+}
+
+std::expected<void, HookError> ActConnector::write(const nlohmann::json &settings) {
+  return AgentSettings::write(*m_context.files, ClaudeConnector(m_context).settingsURL(), settings);
+}
+
+std::expected<void, HookError> ActConnector::setConnected(bool on) {
+  if (on) {
+    if (auto installed = HookScript::install(m_context); !installed) {
+      return std::unexpected(installed.error());
+    }
+  }
+  auto document = AgentSettings::read(*m_context.files, ClaudeConnector(m_context).settingsURL());
+  if (!document) {
+    return std::unexpected(document.error());
+  }
+  return write(on ? added(std::move(document->object)) : removed(std::move(document->object)));
+}
+
+void ActConnector::decide(const QString &id, bool allow) {
+  if (!isPlainId(id)) {
+    return;
+  }
+  const QString path =
+      MorvoHome::directory(m_context.home) + QStringLiteral("/decisions/%1.json").arg(id);
+  static_cast<void>(
+      AtomicFile::write(*m_context.files, path, allow ? allowText : denyText, decisionOptions));
+}
+
+} // namespace morvo

@@ -1,0 +1,87 @@
+#include "monitor/AgentSettings.h"
+
+#include "base/AtomicFile.h"
+#include "monitor/SettingsSeal.h"
+
+#include <algorithm>
+#include <cerrno>
+
+namespace morvo::AgentSettings {
+namespace {
+
+constexpr int indentation = 2;
+constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+
+/// How deep brackets nest outside strings.
+int nesting(QByteArrayView text) {
+  int depth = 0;
+  int deepest = 0;
+  bool inString = false;
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    const char c = text[at];
+    if (inString) {
+      at += c == '\\' ? 1 : 0;
+      inString = c != '"';
+    } else if (c == '"') {
+      inString = true;
+    } else if (c == '{' || c == '[') {
+      deepest = std::max(deepest, ++depth);
+    } else if (c == '}' || c == ']') {
+      --depth;
+    }
+  }
+  return deepest;
+}
+
+/// The parsed text; a discarded value when it is not JSON. Never throws.
+nlohmann::json parsedSealed(const QByteArray &text) {
+  const QByteArray sealed = SettingsSeal::sealed(text);
+  return nlohmann::json::parse(sealed.begin(), sealed.end(), nullptr, /*allow_exceptions=*/false);
+}
+
+} // namespace
+
+std::expected<Document, HookError> parse(const QByteArray &text, const QString &path) {
+  const QByteArray body = text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text;
+  if (nesting(body) > deepestNesting) {
+    return std::unexpected(HookError{HookError::Kind::fileTooDeep, path, {}});
+  }
+  auto value = parsedSealed(body);
+  if (value.is_object()) {
+    return Document{.object = std::move(value), .replacesForeignContent = false};
+  }
+  if (value.is_discarded() && parsedSealed(QString::fromUtf8(body).toUtf8()).is_object()) {
+    return std::unexpected(HookError{HookError::Kind::fileNotUtf8, path, {}});
+  }
+  return Document{.object = nlohmann::json::object(),
+                  .replacesForeignContent = !body.trimmed().isEmpty()};
+}
+
+std::expected<Document, HookError> read(FileLayer &files, const QString &path) {
+  auto content = files.read(path);
+  if (content) {
+    return parse(*content, path);
+  }
+  if (content.error().code == ENOENT) {
+    return Document{};
+  }
+  return std::unexpected(HookError{HookError::Kind::fileUnreadable, path, content.error()});
+}
+
+QByteArray text(const nlohmann::json &object) {
+  // All texts come from valid UTF-8 or from QString, so the handler has nothing to replace; it only
+  // keeps the library from throwing.
+  const auto dumped = object.dump(indentation, ' ', /*ensure_ascii=*/false,
+                                  nlohmann::json::error_handler_t::replace);
+  return SettingsSeal::opened(QByteArray::fromStdString(dumped)) + '\n';
+}
+
+std::expected<void, HookError> write(FileLayer &files, const QString &path,
+                                     const nlohmann::json &object) {
+  if (auto written = AtomicFile::write(files, path, text(object)); !written) {
+    return std::unexpected(HookError{HookError::Kind::fileNotWritten, path, written.error()});
+  }
+  return {};
+}
+
+} // namespace morvo::AgentSettings

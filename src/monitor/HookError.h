@@ -1,0 +1,34 @@
+#pragma once
+
+#include "base/FileLayer.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace morvo {
+
+/// Why an agent could not be connected or disconnected. Whatever the kind, the file named is as it
+/// was before.
+struct HookError {
+  enum class Kind {
+    scriptNotWritten, ///< A script under `~/.morvo` could not be written.
+    fileUnreadable,   ///< The agent's file exists but cannot be read.
+    fileNotUtf8,      ///< The agent's file would be JSON, were all of its bytes UTF-8.
+    fileTooDeep,      ///< The agent's file is nested deeper than the program follows.
+    configConflict,   ///< Enabling hooks in Codex's configuration would spoil that file.
+    fileNotWritten,   ///< The agent's file could not be written.
+  };
+
+  Kind kind = Kind::fileUnreadable;
+  /// The file in question, absolute.
+  QString path;
+  /// What the system said, where it was asked.
+  std::optional<FileError> cause;
+
+  /// One Chinese sentence for the user, without a full stop; holds no file content.
+  [[nodiscard]] QString message() const;
+  bool operator==(const HookError &) const = default;
+};
+
+} // namespace morvo
