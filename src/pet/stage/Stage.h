@@ -1,0 +1,57 @@
+#pragma once
+
+#include "pet/stage/Node.h"
+
+namespace morvo {
+
+/// The time of a tree of nodes: `advance` is the only thing that moves them. Main thread.
+///
+/// The rules, so that a scene plays the same however often it is looked at:
+/// - Time is counted in whole nanoseconds, and a step is cut at each instant at which a part of any
+///   action ends. One step of a second leaves the same state as sixty steps of a sixtieth.
+/// - At such an instant everything running in the tree is moved first: nodes from the root down,
+///   children in the order in which they were added, a node's actions in the order in which they
+///   were started. Where an action's part ends there, the next one begins at that instant.
+/// - Then the blocks that are due are called in that same order. A block whose action was removed
+///   or replaced by an earlier one, or whose node left the tree, is not called.
+/// - Then actions that have ended are dropped. What blocks have started takes part from this
+///   instant on; its own blocks that are due at once are called at this instant too.
+/// - A node outside the tree rests.
+/// - Work that keeps adding work without time passing is a bug; after `mostRounds` rounds at one
+///   instant the rest waits for the next call, so that it cannot hang the program.
+class Stage {
+public:
+  static constexpr int mostRounds = 1000;
+
+  /// `start` is the instant at which the tree begins to live.
+  explicit Stage(Instant start);
+
+  [[nodiscard]] const std::shared_ptr<Node> &root() const { return m_root; }
+  [[nodiscard]] Instant now() const { return m_now; }
+
+  /// Lets time pass until `to`; an earlier instant changes nothing. Not to be called from a block.
+  void advance(Instant to);
+
+  /// What the running actions do to the picture.
+  struct Activity {
+    /// The shortest time per frame of the frame animations in play.
+    std::optional<Duration> frameTime;
+    /// Whether anything moves, turns, scales or fades.
+    bool inMotion = false;
+    /// The time until the next part of an action ends.
+    std::optional<Duration> nextEnd;
+  };
+  [[nodiscard]] Activity activity() const;
+
+private:
+  struct Due;
+
+  [[nodiscard]] std::optional<Duration> untilNextEnd() const;
+  void move(Duration by);
+  [[nodiscard]] bool isInTree(const Node &node) const;
+
+  std::shared_ptr<Node> m_root;
+  Instant m_now;
+};
+
+} // namespace morvo
