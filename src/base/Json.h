@@ -12,7 +12,9 @@
 namespace morvo::Json {
 
 /// The object that `text` holds; nothing when it is not JSON or no object. Never throws, whatever
-/// the bytes; nesting beyond 1024 levels counts as no JSON.
+/// the bytes; nesting beyond 1024 levels counts as no JSON. A little more than JSON
+/// is taken: a byte order mark, unknown escapes, control characters in texts, "1." and ".5"; lone
+/// surrogate escapes are kept.
 [[nodiscard]] std::optional<QJsonObject> parseObject(const QByteArray &text);
 
 /// Pretty-printed with sorted keys, with a line feed at the end.

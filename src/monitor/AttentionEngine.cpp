@@ -73,7 +73,7 @@ QString explainLoad(const std::optional<SourceLoad> &tightest) {
   if (!tightest || !isTight(*tightest)) {
     return QStringLiteral("一切平静。");
   }
-  const QString pct = QString::number(*tightest->usedPct);
+  const QString pct = QString::number(tightest->usedPct.value_or(0));
   return tightest->trust == QuotaTrust::calibrated
              ? tightest->name + QStringLiteral(" 约 ") + pct + QStringLiteral("%（估算）。")
              : tightest->name + u' ' + pct + QStringLiteral("%（真实）。");
@@ -133,7 +133,10 @@ std::optional<SourceLoad> tightest(const std::vector<SourceLoad> &loads) {
 
 QString explain(const std::optional<AttentionItem> &top,
                 const std::optional<SourceLoad> &tightest) {
-  switch (top ? top->kind : AttentionKind::calm) {
+  if (!top) {
+    return explainLoad(tightest);
+  }
+  switch (top->kind) {
   case AttentionKind::needsConfirm:
     return QStringLiteral("有一步要你拍板，我先盯着。");
   case AttentionKind::agentDone:

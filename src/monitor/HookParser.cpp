@@ -65,9 +65,10 @@ QJsonObject readyMadeSignal(const QJsonObject &line, const QString &status) {
 }
 
 QList<QJsonObject> hookSignals(const QJsonObject &line) {
-  const auto name = firstText(line, {QStringLiteral("hook_event_name"),
-                                     QStringLiteral("hookEventType"), QStringLiteral("event")});
-  const QString status = normalizeEventName(name.value_or(QString()));
+  const QString name = firstText(line, {QStringLiteral("hook_event_name"),
+                                        QStringLiteral("hookEventType"), QStringLiteral("event")})
+                           .value_or(QString());
+  const QString status = normalizeEventName(name);
   if (status.isEmpty()) {
     return {};
   }
@@ -75,7 +76,7 @@ QList<QJsonObject> hookSignals(const QJsonObject &line) {
                                        QStringLiteral("client"), QStringLiteral("source_app")});
   auto signal = agentSignal(source.value_or(unknownSource), status);
   if (status == needsInput) {
-    signal.insert(labelKey, needsInputLabel(line, *name));
+    signal.insert(labelKey, needsInputLabel(line, name));
   }
   return {signal};
 }

@@ -22,7 +22,7 @@ namespace {
 
 /// The first polls tell their figures even when nothing changed.
 constexpr std::uint64_t firstQuietTick = 3;
-constexpr std::size_t chunkSize = std::size_t{256} * 1024;
+using Chunk = std::array<char, std::size_t{256} * 1024>;
 /// How long an unfinished last line is waited for, look by look. A writer needs microseconds, but
 /// it may lose the processor in the middle of its write.
 constexpr std::array<std::chrono::milliseconds, 6> settlingPauses{
@@ -66,13 +66,20 @@ private:
 };
 
 /// The number of bytes read, 0 at the end of the file, less than 0 on a failure.
-ssize_t readAt(int descriptor, char *buffer, std::uint64_t offset) {
+ssize_t readAt(int descriptor, Chunk &chunk, std::uint64_t offset) {
   for (;;) {
-    const ssize_t count = ::pread(descriptor, buffer, chunkSize, static_cast<off_t>(offset));
+    const ssize_t count =
+        ::pread(descriptor, chunk.data(), chunk.size(), static_cast<off_t>(offset));
     if (count >= 0 || errno != EINTR) {
       return count;
     }
   }
+}
+
+QString fill(const QString &text) { return text; }
+
+template <typename... Rest> QString fill(const QString &text, auto number, Rest... rest) {
+  return fill(text.arg(number), rest...);
 }
 
 } // namespace
@@ -117,12 +124,12 @@ bool InboxReader::readFile(const QByteArray &path, std::uint64_t size,
 }
 
 void InboxReader::readOn(int descriptor, const std::stop_token &stop) {
-  const auto buffer = std::make_unique_for_overwrite<char[]>(chunkSize);
+  const auto chunk = std::make_unique_for_overwrite<Chunk>();
   const auto handle = [this, &stop](const QByteArray &line) { handleLine(line, stop); };
   LineSplitter lines;
   bool anyData = false;
   for (int attempt = 0; !stop.stop_requested();) {
-    const ssize_t count = readAt(descriptor, buffer.get(), m_offset);
+    const ssize_t count = readAt(descriptor, *chunk, m_offset);
     if (count < 0) {
       // The half line before the failure is no data either: it is read again at the next poll.
       m_offset -= static_cast<std::uint64_t>(lines.rest().size());
@@ -132,7 +139,7 @@ void InboxReader::readOn(int descriptor, const std::stop_token &stop) {
       anyData = true;
       m_offset += static_cast<std::uint64_t>(count);
       log(u"drain newBytes=%1", count);
-      const bool lineEnded = lines.feed(QByteArrayView(buffer.get(), count), handle);
+      const bool lineEnded = lines.feed(QByteArrayView(chunk->data(), count), handle);
       attempt = lineEnded ? 0 : attempt;
     } else if (lines.rest().isEmpty() || !awaitGrowth(attempt++, stop)) {
       break;
@@ -172,9 +179,7 @@ void InboxReader::handleLine(const QByteArray &line, const std::stop_token &stop
 
 template <typename... Numbers> void InboxReader::log(QStringView text, Numbers... numbers) const {
   if (m_debug) {
-    QString line = text.toString();
-    ((line = line.arg(numbers)), ...);
-    Diagnostics::line(u"INBOX", line);
+    Diagnostics::line(u"INBOX", fill(text.toString(), numbers...));
   }
 }
 

@@ -1,7 +1,8 @@
 #include "monitor/SignalMailbox.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QJsonArray>
-#include <QObject>
 
 #include <condition_variable>
 #include <deque>
@@ -43,7 +44,19 @@ std::size_t approximateBytes(const QList<QJsonObject> &batch) {
 
 } // namespace
 
-struct SignalMailbox::State : std::enable_shared_from_this<State> {
+/// Lives on the owner's thread; an event makes it handle what has come.
+class SignalMailbox::Owner final : public QObject {
+public:
+  explicit Owner(std::weak_ptr<State> state) : m_state(std::move(state)) {}
+
+protected:
+  void customEvent(QEvent *event) override;
+
+private:
+  std::weak_ptr<State> m_state;
+};
+
+struct SignalMailbox::State {
   struct Letter {
     QList<QJsonObject> batch;
     std::size_t bytes = 0;
@@ -74,9 +87,16 @@ struct SignalMailbox::State : std::enable_shared_from_this<State> {
   std::size_t bytes = 0;
   /// A call of the owner is on its way.
   bool ownerWoken = false;
-  /// Lives on the owner's thread and gives it its calls; none once the mailbox is gone.
-  std::unique_ptr<QObject> owner = std::make_unique<QObject>();
+  /// None once the mailbox is gone.
+  std::unique_ptr<Owner> owner;
 };
+
+void SignalMailbox::Owner::customEvent(QEvent * /*event*/) {
+  // This object may be gone when the call returns.
+  if (const auto state = m_state.lock()) {
+    state->handleSome();
+  }
+}
 
 void SignalMailbox::State::post(QList<QJsonObject> batch, const std::stop_token &stop) {
   const std::size_t size = approximateBytes(batch);
@@ -92,8 +112,7 @@ void SignalMailbox::State::post(QList<QJsonObject> batch, const std::stop_token 
 
 void SignalMailbox::State::wakeOwner() {
   if (!std::exchange(ownerWoken, true)) {
-    QMetaObject::invokeMethod(
-        owner.get(), [self = shared_from_this()] { self->handleSome(); }, Qt::QueuedConnection);
+    QCoreApplication::postEvent(owner.get(), new QEvent(QEvent::User));
   }
 }
 
@@ -137,10 +156,12 @@ bool SignalMailbox::State::turnIsOver(Instant end) {
 }
 
 SignalMailbox::SignalMailbox(const Clock &clock, Handler handler)
-    : m_state(std::make_shared<State>(clock, std::move(handler))) {}
+    : m_state(std::make_shared<State>(clock, std::move(handler))) {
+  m_state->owner = std::make_unique<Owner>(m_state);
+}
 
 SignalMailbox::~SignalMailbox() {
-  std::unique_ptr<QObject> owner;
+  std::unique_ptr<Owner> owner;
   std::deque<State::Letter> dropped;
   {
     const std::scoped_lock lock(m_state->mutex);

@@ -39,6 +39,7 @@ public:
   [[nodiscard]] InboxReader::Receiver sender() const;
 
 private:
+  class Owner;
   struct State;
 
   std::shared_ptr<State> m_state;
