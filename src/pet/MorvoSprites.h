@@ -5,6 +5,7 @@
 
 #include <QHash>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -28,8 +29,9 @@ public:
   /// The frames of a state in playing order. Files that hold no picture, or one of more than 8192
   /// pixels a side, are left out. Kept until the persona is set. The reference lives as long.
   [[nodiscard]] const std::vector<SpriteFrame> &frames(const QString &state);
-  /// Whether the state has at least `count` frames; cheaper than counting them all.
-  [[nodiscard]] bool hasFrames(const QString &state, qsizetype count);
+  /// Whether the state has any frame, and whether it has more than one; cheaper than `frames`.
+  [[nodiscard]] bool hasFrame(const QString &state) { return countUpToTwo(state) > 0; }
+  [[nodiscard]] bool hasFrames(const QString &state) { return countUpToTwo(state) > 1; }
 
   /// Frame sets on disk, sorted; the built-in names when there are none on disk.
   [[nodiscard]] QStringList availableStateNames() const;
@@ -53,12 +55,17 @@ public:
   [[nodiscard]] static QStringList sortFrameURLs(const QStringList &files);
 
 private:
+  [[nodiscard]] int countUpToTwo(const QString &state);
   [[nodiscard]] QStringList orderedFiles(const QString &state) const;
+  [[nodiscard]] bool staysInPetFolder(const QString &path) const;
+  [[nodiscard]] std::optional<QStringList> statePNGs(const QString &state) const;
+  [[nodiscard]] QRectF unionOfContents() const;
   [[nodiscard]] QStringList diskStates() const;
 
   PetFiles m_files;
   QString m_persona;
-  QHash<QString, std::vector<SpriteFrame>> m_frames;
+  QHash<QString, std::shared_ptr<const std::vector<SpriteFrame>>> m_frames;
+  QHash<QString, int> m_counts;
   std::optional<QRectF> m_contentRect;
 };
 

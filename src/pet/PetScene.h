@@ -88,7 +88,12 @@ public:
 private:
   [[nodiscard]] std::optional<PetPack> currentPack() const;
   [[nodiscard]] QString loopState();
-  [[nodiscard]] std::optional<SpriteFrame> firstPicture();
+  /// Brings the stage to the present, and takes up what was started since.
+  void catchUp();
+  /// Of the resting loop; nothing when it has none.
+  [[nodiscard]] std::optional<SpriteFrame> firstFrame();
+  /// That frame, or a drawing.
+  [[nodiscard]] SpriteFrame firstPicture();
   [[nodiscard]] static bool isLoop(const std::optional<PetPack> &pack, const QString &kind,
                                    const QString &state);
   void stopFrames();

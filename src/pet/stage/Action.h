@@ -15,9 +15,9 @@ namespace morvo {
 /// Something that happens to a node over time, as an immutable value: the same action may run on
 /// several nodes at once. Cheap to copy. Durations below nothing count as nothing.
 ///
-/// Moves, rotations by an angle and fades work from where the node is when they begin; several
-/// that run at once add up. Actions to a target (`rotateTo`, `scaleTo`, …) read the node when they
-/// begin and own the property until they end exactly on the target.
+/// Moves and rotations by an angle add to where the node is, so several at once add up. Actions to
+/// a target (`rotateTo`, `scaleTo`, fades) read the node when they begin and own the property until
+/// they end exactly on the target.
 class Action {
 public:
   using Frames = std::vector<SpriteFrame>;

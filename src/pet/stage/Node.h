@@ -8,7 +8,7 @@
 
 namespace morvo {
 
-class ActionRun;
+struct RunningAction;
 
 /// One piece of a scene: a place in space that carries others, and perhaps shows a frame or a
 /// label. Main thread.
@@ -57,8 +57,9 @@ public:
   [[nodiscard]] std::span<const std::shared_ptr<Node>> children() const { return m_children; }
   [[nodiscard]] const Node *parent() const { return m_parent; }
 
-  /// Starts `action` now, beside what runs already; the time of its parts counts from the stage's
-  /// present instant. An action under the same key ends where it is. An empty key is no key.
+  /// Starts `action` beside what runs already. Its time counts from the stage's present instant,
+  /// and the stage takes it up at its next `advance`, even one that lets no time pass. An action
+  /// under the same key ends where it is. An empty key is no key.
   void run(const Action &action, const QString &key = {});
   /// The running action under this key. Still there while a block of its last part runs.
   [[nodiscard]] std::optional<Action> actionForKey(const QString &key) const;
@@ -71,10 +72,14 @@ public:
 private:
   friend class Stage;
 
-  struct Running;
-
+  template <typename T> [[nodiscard]] static bool same(const T &a, const T &b) { return a == b; }
+  // Qt compares points and sizes with a tolerance, which would swallow the end of a slow move.
+  [[nodiscard]] static bool same(QPointF a, QPointF b) { return a.x() == b.x() && a.y() == b.y(); }
+  [[nodiscard]] static bool same(QSizeF a, QSizeF b) {
+    return a.width() == b.width() && a.height() == b.height();
+  }
   template <typename T> void set(T &member, const T &value) {
-    if (!(member == value)) {
+    if (!same(member, value)) {
       member = value;
       touch();
     }
@@ -94,7 +99,7 @@ private:
   std::vector<std::shared_ptr<Node>> m_children;
   Node *m_parent = nullptr;
   /// In the order in which they were started.
-  std::vector<std::shared_ptr<Running>> m_running;
+  std::vector<std::shared_ptr<RunningAction>> m_running;
   std::uint64_t m_revision = 0;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pet/stage/Activity.h"
+#include "pet/stage/DueBlock.h"
 #include "pet/stage/Node.h"
 
 namespace morvo {
@@ -29,29 +31,25 @@ public:
   [[nodiscard]] const std::shared_ptr<Node> &root() const { return m_root; }
   [[nodiscard]] Instant now() const { return m_now; }
 
-  /// Lets time pass until `to`; an earlier instant changes nothing. Not to be called from a block.
+  /// Lets time pass until `to`; an earlier instant changes nothing. Called from a block it does
+  /// nothing either: the step under way takes in what the block did.
   void advance(Instant to);
 
   /// What the running actions do to the picture.
-  struct Activity {
-    /// The shortest time per frame of the frame animations in play.
-    std::optional<Duration> frameTime;
-    /// Whether anything moves, turns, scales or fades.
-    bool inMotion = false;
-    /// The time until the next part of an action ends.
-    std::optional<Duration> nextEnd;
-  };
   [[nodiscard]] Activity activity() const;
 
 private:
-  struct Due;
-
-  [[nodiscard]] std::optional<Duration> untilNextEnd() const;
+  /// Takes up new actions, calls the blocks that are due, drops what has ended. False when there
+  /// was nothing to do.
+  bool settle();
   void move(Duration by);
+  bool callDue();
   [[nodiscard]] bool isInTree(const Node &node) const;
 
   std::shared_ptr<Node> m_root;
   Instant m_now;
+  std::vector<DueBlock> m_due;
+  bool m_advancing = false;
 };
 
 } // namespace morvo

@@ -1,0 +1,102 @@
+#include "pet/MenubarFrames.h"
+
+#include "pet/AlphaBounds.h"
+#include "pet/FrameFile.h"
+#include "pet/MorvoSprites.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace morvo {
+namespace {
+
+const QString idleState = QStringLiteral("idle");
+constexpr int contentScanSide = 100;
+constexpr int gridCells = 13;
+/// Long sequences are thinned to about this many icons.
+constexpr qsizetype fewestThinned = 12;
+/// Air around the content, in fractions of the frame.
+constexpr double air = 0.06;
+
+/// The part of the image to show, in pixels.
+QRect cropOf(const QImage &image, const QRectF &bbox) {
+  const double left = std::max(bbox.left() - air, 0.0);
+  const double top = std::max(bbox.top() - air, 0.0);
+  const double width = std::min(bbox.width() + 2 * air, 1 - left);
+  const double height = std::min(bbox.height() + 2 * air, 1 - top);
+  return QRectF(left * image.width(), top * image.height(), width * image.width(),
+                height * image.height())
+      .toAlignedRect()
+      .intersected(image.rect());
+}
+
+} // namespace
+
+MenubarFrames::MenubarFrames(PetFiles files) : m_files(std::move(files)) {}
+
+QStringList MenubarFrames::frameURLs(const QString &personaId) const {
+  for (const QString &folder : m_files.candidates(personaId, idleState)) {
+    if (const auto files = MorvoSprites::diskPNGs(folder)) {
+      return MorvoSprites::sortFrameURLs(*files);
+    }
+  }
+  return {};
+}
+
+qsizetype MenubarFrames::step(qsizetype count) {
+  return count >= fewestThinned ? count / fewestThinned : 1;
+}
+
+std::vector<QImage> MenubarFrames::idle(const QString &personaId, int px, double devicePixelRatio) {
+  const auto known = m_icons.constFind(personaId);
+  if (known != m_icons.constEnd()) {
+    return *known;
+  }
+  const QStringList files = frameURLs(personaId);
+  std::vector<QImage> images;
+  std::optional<QRectF> bbox;
+  for (qsizetype index = 0; index < files.size(); index += step(files.size())) {
+    QImage image = FrameFile::decode(files.at(index));
+    if (!image.isNull()) {
+      bbox = AlphaBounds::united(bbox, AlphaBounds::normalised(image, contentScanSide));
+      images.push_back(std::move(image));
+    }
+  }
+  for (QImage &image : images) {
+    image = cropAndFit(image, bbox.value_or(QRectF(0, 0, 1, 1)), px, gridCells, devicePixelRatio);
+  }
+  if (!images.empty()) {
+    m_icons.insert(personaId, images);
+  }
+  return images;
+}
+
+QImage MenubarFrames::cropAndFit(const QImage &image, const QRectF &bbox, int px, int grid,
+                                 double devicePixelRatio) {
+  const QRect crop = cropOf(image, bbox);
+  const QImage cropped = crop.isEmpty() ? image : image.copy(crop);
+  const double reduction = std::min(static_cast<double>(grid) / cropped.width(),
+                                    static_cast<double>(grid) / cropped.height());
+  const QSize cells(std::max(qRound(reduction * cropped.width()), 1),
+                    std::max(qRound(reduction * cropped.height()), 1));
+  const QImage coarse = cropped.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                            .scaled(cells, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  const int side = qRound(px * devicePixelRatio);
+  QImage icon(side, side, QImage::Format_ARGB32_Premultiplied);
+  icon.fill(Qt::transparent);
+  const double cell = std::min(static_cast<double>(side) / cells.width(),
+                               static_cast<double>(side) / cells.height());
+  const QSizeF drawn = QSizeF(cells) * cell;
+  QPainter painter(&icon);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+  painter.drawImage(QRectF(QPointF((side - drawn.width()) / 2, (side - drawn.height()) / 2), drawn),
+                    coarse);
+  painter.end();
+  icon.setDevicePixelRatio(devicePixelRatio);
+  return icon;
+}
+
+} // namespace morvo

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "pet/PetFiles.h"
+
+#include <QHash>
+#include <QImage>
+#include <QRectF>
+
+#include <vector>
+
+namespace morvo {
+
+/// The pet as a small icon of 13 coarse cells a side, as a few frames to be shown in turn. Main
+/// thread.
+class MenubarFrames {
+public:
+  explicit MenubarFrames(PetFiles files);
+
+  /// The icons of the persona's "idle", `px` points a side, for this device pixel ratio; empty when
+  /// it has no frames. Icons once made are kept for good, whatever size is asked for later.
+  [[nodiscard]] std::vector<QImage> idle(const QString &personaId, int px, double devicePixelRatio);
+
+  /// The files of the persona's "idle", in playing order.
+  [[nodiscard]] QStringList frameURLs(const QString &personaId) const;
+  /// Every how manieth of `count` frames becomes an icon.
+  [[nodiscard]] static qsizetype step(qsizetype count);
+  /// The content in `bbox` with a little air, reduced to `grid` cells on its longer side and drawn
+  /// as hard blocks, centred in `px` points.
+  [[nodiscard]] static QImage cropAndFit(const QImage &image, const QRectF &bbox, int px, int grid,
+                                         double devicePixelRatio);
+
+private:
+  PetFiles m_files;
+  QHash<QString, std::vector<QImage>> m_icons;
+};
+
+} // namespace morvo

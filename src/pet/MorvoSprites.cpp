@@ -1,0 +1,267 @@
+#include "pet/MorvoSprites.h"
+
+#include "pet/AlphaBounds.h"
+#include "pet/FrameFile.h"
+#include "pet/NaturalOrder.h"
+#include "pet/PetPackStore.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <utility>
+
+namespace morvo {
+namespace {
+
+const QString defaultPersona = QStringLiteral("morvo");
+const QString idle = QStringLiteral("idle");
+const QString pngSuffix = QStringLiteral(".png");
+const QRectF wholeFrame(0, 0, 1, 1);
+
+/// Pictures are looked at no larger than this for their transparent margin.
+constexpr int contentScanSide = 120;
+/// A content no larger than this, in fractions of the frame, is dirt.
+constexpr double leastContent = 0.02;
+/// Margin kept around the content, on each side, in fractions of the frame.
+constexpr double contentMargin = 0.08;
+
+/// The states that a built-in pet is expected to have.
+QStringList builtInStates() {
+  return {QStringLiteral("alert"), QStringLiteral("celebrate"), QStringLiteral("greet"), idle,
+          QStringLiteral("sleep")};
+}
+
+bool restsByNature(const PetPack::Action &action) {
+  static const QStringList restTags{QStringLiteral("loop"), idle, QStringLiteral("sleep"),
+                                    QStringLiteral("low_energy")};
+  return action.loop || std::ranges::any_of(restTags, [&](const QString &tag) {
+           return action.tags.contains(tag);
+         });
+}
+
+/// The pack's frame sets that could stand in for a missing "idle", the best first.
+QStringList restingFrameSets(const PetPack &pack) {
+  QStringList names;
+  for (const auto &rule : pack.loops) {
+    names.append(pack.frameSet(rule.action));
+  }
+  for (const auto &action : pack.actions) {
+    if (restsByNature(action)) {
+      names.append(action.frameSet);
+    }
+  }
+  names.removeDuplicates();
+  return names;
+}
+
+/// The part of a frame from its top left corner, given it from its bottom left.
+QRectF fromTop(const QRectF &rect) {
+  return {rect.x(), 1 - rect.y() - rect.height(), rect.width(), rect.height()};
+}
+
+} // namespace
+
+MorvoSprites::MorvoSprites(PetFiles files) : m_files(std::move(files)), m_persona(defaultPersona) {}
+
+void MorvoSprites::setPersona(const QString &personaId) {
+  m_persona = personaId;
+  m_frames.clear();
+  m_counts.clear();
+  m_contentRect.reset();
+}
+
+QString MorvoSprites::diskDir(const QString &state) const {
+  const QString directory = m_files.userDirectory(m_persona);
+  return state.isEmpty() ? directory : directory + u'/' + state;
+}
+
+std::optional<QStringList> MorvoSprites::diskPNGs(const QString &directory) {
+  QStringList files;
+  const QDir folder(directory);
+  for (const QString &name : folder.entryList(QDir::Files, QDir::NoSort)) {
+    if (name.endsWith(pngSuffix)) {
+      files.append(folder.filePath(name));
+    }
+  }
+  return files.isEmpty() ? std::nullopt : std::optional(files);
+}
+
+bool MorvoSprites::staysInPetFolder(const QString &path) const {
+  const QString folder = QFileInfo(diskDir({})).canonicalFilePath();
+  const QString real = QFileInfo(path).canonicalFilePath();
+  return !folder.isEmpty() && real.startsWith(folder + u'/');
+}
+
+std::optional<QStringList> MorvoSprites::statePNGs(const QString &state) const {
+  if (!PetFiles::isPlainName(m_persona) || !PetFiles::isPlainName(state) ||
+      !staysInPetFolder(diskDir(state))) {
+    return std::nullopt;
+  }
+  auto files = diskPNGs(diskDir(state));
+  if (files) {
+    files->removeIf([this](const QString &file) {
+      return QFileInfo(file).isSymLink() && !staysInPetFolder(file);
+    });
+  }
+  return files && !files->isEmpty() ? files : std::nullopt;
+}
+
+QStringList MorvoSprites::diskStates() const {
+  if (!PetFiles::isPlainName(m_persona)) {
+    return {};
+  }
+  QStringList states = QDir(diskDir({})).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort);
+  states.removeIf([this](const QString &state) { return !statePNGs(state); });
+  states.sort();
+  return states;
+}
+
+bool MorvoSprites::isDiskBakedPersona() const { return !diskStates().isEmpty(); }
+
+QStringList MorvoSprites::availableStateNames() const {
+  const QStringList states = diskStates();
+  return states.isEmpty() ? builtInStates() : states;
+}
+
+std::optional<QStringList> MorvoSprites::anyAvailableState() const {
+  const auto pack = PetPackStore::load(m_files, m_persona);
+  QStringList states = pack ? restingFrameSets(*pack) : QStringList();
+  states.append(diskStates());
+  for (const QString &state : std::as_const(states)) {
+    if (auto files = statePNGs(state)) {
+      return files;
+    }
+  }
+  return std::nullopt;
+}
+
+QStringList MorvoSprites::sequenceURLs(const QString &state) const {
+  if (!PetFiles::isPlainName(m_persona) || !PetFiles::isPlainName(state)) {
+    return {};
+  }
+  if (auto files = statePNGs(state)) {
+    return *files;
+  }
+  if (state == idle && m_persona != defaultPersona) {
+    if (auto files = anyAvailableState()) {
+      return *files;
+    }
+  }
+  return diskPNGs(m_files.resourceDirectory(m_persona) + u'/' + state).value_or(QStringList());
+}
+
+std::optional<QString> MorvoSprites::singleURL(const QString &state) const {
+  if (!PetFiles::isPlainName(m_persona) || !PetFiles::isPlainName(state)) {
+    return std::nullopt;
+  }
+  const QString name = u'/' + state + pngSuffix;
+  // A single picture of the user's serves every persona, so it stands beside their folders.
+  const QString shared = QFileInfo(diskDir({})).path() + name;
+  const QString builtIn = m_files.resourceDirectory(m_persona) + name;
+  if (QFileInfo(shared).isFile()) {
+    return shared;
+  }
+  return QFileInfo(builtIn).isFile() ? std::optional(builtIn) : std::nullopt;
+}
+
+QStringList MorvoSprites::sortFrameURLs(const QStringList &files) {
+  struct Named {
+    QString file;
+    QString name;
+    qlonglong number = 0;
+  };
+  std::vector<Named> named;
+  bool allNumbers = true;
+  for (const QString &file : files) {
+    bool isNumber = false;
+    const QString name = QFileInfo(file).completeBaseName();
+    const qlonglong number = name.toLongLong(&isNumber);
+    allNumbers = allNumbers && isNumber;
+    named.push_back({file, name, number});
+  }
+  std::ranges::sort(named, [allNumbers](const Named &a, const Named &b) {
+    return allNumbers && a.number != b.number ? a.number < b.number
+                                              : NaturalOrder::less(a.name, b.name);
+  });
+  QStringList sorted;
+  std::ranges::transform(named, std::back_inserter(sorted), &Named::file);
+  return sorted;
+}
+
+QStringList MorvoSprites::orderedFiles(const QString &state) const {
+  const QStringList sequence = sequenceURLs(state);
+  if (!sequence.isEmpty()) {
+    return sortFrameURLs(sequence);
+  }
+  const auto single = singleURL(state);
+  return single ? QStringList{*single} : QStringList();
+}
+
+const std::vector<SpriteFrame> &MorvoSprites::frames(const QString &state) {
+  const auto known = m_frames.constFind(state);
+  if (known != m_frames.constEnd()) {
+    return **known;
+  }
+  std::vector<SpriteFrame> frames;
+  const QStringList files = orderedFiles(state);
+  const QRectF crop = files.isEmpty() || isDiskBakedPersona() ? wholeFrame : fromTop(contentRect());
+  for (const QString &file : files) {
+    if (auto frame = FrameFile::probe(file)) {
+      frame->crop = crop;
+      frame->size = {frame->size.width() * crop.width(), frame->size.height() * crop.height()};
+      frames.push_back(std::move(*frame));
+    }
+  }
+  m_counts.insert(state, static_cast<int>(std::min<std::size_t>(frames.size(), 2)));
+  return **m_frames.insert(state,
+                           std::make_shared<const std::vector<SpriteFrame>>(std::move(frames)));
+}
+
+int MorvoSprites::countUpToTwo(const QString &state) {
+  const auto known = m_counts.constFind(state);
+  if (known != m_counts.constEnd()) {
+    return *known;
+  }
+  int count = 0;
+  QStringList files = sequenceURLs(state);
+  if (files.isEmpty()) {
+    files = orderedFiles(state);
+  }
+  for (const QString &file : std::as_const(files)) {
+    if (FrameFile::probe(file) && ++count == 2) {
+      break;
+    }
+  }
+  m_counts.insert(state, count);
+  return count;
+}
+
+QRectF MorvoSprites::unionOfContents() const {
+  std::optional<QRectF> box;
+  for (const QString &state : availableStateNames()) {
+    for (const QString &file : orderedFiles(state)) {
+      box = AlphaBounds::united(box,
+                                AlphaBounds::normalised(FrameFile::decode(file), contentScanSide));
+    }
+  }
+  return box.value_or(QRectF());
+}
+
+QRectF MorvoSprites::contentRect() {
+  if (m_contentRect) {
+    return *m_contentRect;
+  }
+  const QRectF box = unionOfContents();
+  if (box.width() <= leastContent || box.height() <= leastContent) {
+    m_contentRect = wholeFrame;
+    return wholeFrame;
+  }
+  const double side = std::min(std::max(box.width(), box.height()) + 2 * contentMargin, 1.0);
+  const double x = std::clamp(box.center().x() - side / 2, 0.0, 1 - side);
+  const double top = std::clamp(box.center().y() - side / 2, 0.0, 1 - side);
+  m_contentRect = QRectF(x, 1 - (top + side), side, side);
+  return *m_contentRect;
+}
+
+} // namespace morvo

@@ -1,0 +1,65 @@
+#include "pet/PetPackCache.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <ctime>
+#include <sys/stat.h>
+
+namespace morvo {
+namespace {
+
+/// The pets in play, with room for one that is being tried out.
+constexpr std::size_t mostEntries = 4;
+
+/// Whether a write after now would show in the file's times: they move in steps of the system's
+/// coarse clock, so a file written in the present step may change again unseen.
+bool hasSettled(const struct stat &status) {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME_COARSE, &now);
+  const auto before = [&now](const timespec &time) {
+    return time.tv_sec < now.tv_sec || (time.tv_sec == now.tv_sec && time.tv_nsec < now.tv_nsec);
+  };
+  return before(status.st_ctim) && before(status.st_mtim);
+}
+
+std::optional<PetPack> decode(const QString &path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? petPackFromJson(file.read(PetPackCache::largestFile))
+                                        : std::nullopt;
+}
+
+} // namespace
+
+std::optional<PetPack> PetPackCache::load(const QString &path) {
+  struct stat status{};
+  if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode) ||
+      status.st_size > largestFile) {
+    return std::nullopt;
+  }
+  const Stamp stamp{static_cast<std::int64_t>(status.st_dev),
+                    static_cast<std::int64_t>(status.st_ino),
+                    status.st_size,
+                    status.st_mtim.tv_sec,
+                    status.st_mtim.tv_nsec,
+                    status.st_ctim.tv_sec,
+                    status.st_ctim.tv_nsec};
+  const auto known = std::ranges::find(m_entries, path, &Entry::path);
+  if (known != m_entries.end() && known->stamp == stamp) {
+    m_entries.splice(m_entries.begin(), m_entries, known);
+    return m_entries.front().pack;
+  }
+  if (known != m_entries.end()) {
+    m_entries.erase(known);
+  }
+  const bool settled = hasSettled(status);
+  auto pack = decode(path);
+  ++m_filesDecoded;
+  if (settled) {
+    m_entries.push_front({path, stamp, pack});
+    m_entries.resize(std::min(m_entries.size(), mostEntries));
+  }
+  return pack;
+}
+
+} // namespace morvo

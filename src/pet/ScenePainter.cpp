@@ -1,0 +1,210 @@
+#include "pet/ScenePainter.h"
+
+#include "pet/AlphaBounds.h"
+#include "pet/FrameFile.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace morvo {
+namespace {
+
+double degrees(double radians) { return radians * 180 / std::numbers::pi; }
+
+QSize rounded(QSizeF size) {
+  return {std::max(qRound(size.width()), 1), std::max(qRound(size.height()), 1)};
+}
+
+QImage premultiplied(QImage image) {
+  return std::move(image).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+/// The part of `picture` that the frame shows.
+QImage cropped(const QImage &picture, const SpriteFrame &frame) {
+  const QRectF crop(frame.crop.x() * picture.width(), frame.crop.y() * picture.height(),
+                    frame.crop.width() * picture.width(), frame.crop.height() * picture.height());
+  const QRect pixels = crop.toRect();
+  return pixels == picture.rect() ? picture : picture.copy(pixels);
+}
+
+} // namespace
+
+/// A frame ready to be drawn.
+struct ScenePainter::Prepared {
+  SpriteFrame frame;
+  QSize wanted; ///< Pixels of the whole frame on the screen when it was prepared.
+  QImage image; ///< Without its transparent margin; null when nothing is to be drawn.
+  QRectF part;  ///< What `image` covers, in fractions of the frame from its top left corner.
+  bool smooth = true;
+};
+
+/// The prepared frames of one folder.
+struct ScenePainter::FrameSet {
+  QString folder;
+  std::vector<Prepared> frames;
+};
+
+/// A node to be drawn, with all that its parents do to it.
+struct ScenePainter::Item {
+  const Node *node;
+  QTransform transform;
+  double alpha;
+  double z;
+};
+
+ScenePainter::ScenePainter(qsizetype byteBudget) : m_budget(byteBudget) {}
+
+ScenePainter::~ScenePainter() = default;
+
+void ScenePainter::forgetFrames() {
+  m_sets.clear();
+  m_bytesKept = 0;
+}
+
+void ScenePainter::paint(QPainter &painter, const PetScene &scene, const QRectF &target,
+                         double devicePixelRatio) {
+  if (scene.size().isEmpty() || target.isEmpty()) {
+    return;
+  }
+  const double scale =
+      std::min(target.width() / scene.size().width(), target.height() / scene.size().height());
+  QTransform base;
+  base.translate(target.center().x() - scene.size().width() * scale / 2,
+                 target.center().y() + scene.size().height() * scale / 2);
+  base.scale(scale, scale);
+  std::vector<Item> items;
+  collect(scene.root(), base, 1, 0, items);
+  std::ranges::stable_sort(items, {}, &Item::z);
+  for (const Item &item : items) {
+    painter.save();
+    painter.setTransform(item.transform, true);
+    painter.setOpacity(painter.opacity() * item.alpha);
+    drawSprite(painter, item, scale * devicePixelRatio);
+    drawLabel(painter, item);
+    painter.restore();
+  }
+}
+
+void ScenePainter::collect(const Node &node, const QTransform &parent, double alpha, double z,
+                           std::vector<Item> &items) const {
+  alpha *= std::clamp(node.alpha(), 0.0, 1.0);
+  if (alpha <= 0) {
+    return;
+  }
+  // The scene counts upwards and anticlockwise, the painter downwards and clockwise.
+  QTransform transform = parent;
+  transform.translate(node.position().x(), -node.position().y());
+  transform.rotate(-degrees(node.rotation()));
+  transform.scale(node.xScale(), node.yScale());
+  z += node.zPosition();
+  if (node.texture() || node.label()) {
+    items.push_back({&node, transform, alpha, z});
+  }
+  for (const auto &child : node.children()) {
+    collect(*child, transform, alpha, z, items);
+  }
+}
+
+void ScenePainter::drawSprite(QPainter &painter, const Item &item, double pixelsPerPoint) {
+  const auto &frame = item.node->texture();
+  const QSizeF size = item.node->size();
+  if (!frame || size.isEmpty()) {
+    return;
+  }
+  const Prepared ready = prepared(*frame, rounded(size * pixelsPerPoint));
+  if (ready.image.isNull()) {
+    return;
+  }
+  const QPointF corner(-item.node->anchor().x() * size.width(),
+                       -(1 - item.node->anchor().y()) * size.height());
+  const QRectF place(corner.x() + ready.part.x() * size.width(),
+                     corner.y() + ready.part.y() * size.height(), ready.part.width() * size.width(),
+                     ready.part.height() * size.height());
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, ready.smooth);
+  painter.drawImage(place, ready.image);
+}
+
+void ScenePainter::drawLabel(QPainter &painter, const Item &item) {
+  const auto &label = item.node->label();
+  if (!label) {
+    return;
+  }
+  QFont font(label->fontName);
+  font.setPixelSize(std::max(qRound(label->fontSize), 1));
+  font.setBold(true);
+  painter.setFont(font);
+  painter.setPen(label->color);
+  const QFontMetricsF metrics(font);
+  const QRectF bounds = metrics.boundingRect(label->text);
+  painter.drawText(QPointF(-metrics.horizontalAdvance(label->text) / 2, -bounds.center().y()),
+                   label->text);
+}
+
+ScenePainter::Prepared ScenePainter::prepared(const SpriteFrame &frame, QSize pixels) {
+  const QString folder = frame.path.section(u'/', 0, -2);
+  auto set = std::ranges::find(m_sets, folder, &FrameSet::folder);
+  if (set == m_sets.end()) {
+    set = m_sets.insert(m_sets.begin(), FrameSet{folder, {}});
+  }
+  m_sets.splice(m_sets.begin(), m_sets, set);
+  auto &frames = set->frames;
+  const auto known = std::ranges::find(frames, frame, &Prepared::frame);
+  if (known != frames.end() && known->wanted == pixels) {
+    return *known;
+  }
+  if (known != frames.end()) {
+    m_bytesKept -= known->image.sizeInBytes();
+    frames.erase(known);
+  }
+  Prepared ready = prepare(frame, pixels);
+  const qsizetype bytes = ready.image.sizeInBytes();
+  makeRoom(bytes);
+  if (m_bytesKept + bytes <= m_budget) {
+    m_bytesKept += bytes;
+    frames.push_back(ready);
+  }
+  return ready;
+}
+
+ScenePainter::Prepared ScenePainter::prepare(const SpriteFrame &frame, QSize pixels) {
+  ++m_framesDecoded;
+  Prepared ready{.frame = frame, .wanted = pixels, .image = {}, .part = {}, .smooth = true};
+  QImage whole =
+      cropped(frame.path.isEmpty() ? frame.picture : FrameFile::decode(frame.path), frame);
+  if (whole.isNull()) {
+    return ready;
+  }
+  // Pixels that are blown up stay hard; pixels that are merged are averaged once, here.
+  ready.smooth = pixels.width() < whole.width() || pixels.height() < whole.height();
+  whole = premultiplied(std::move(whole));
+  if (ready.smooth) {
+    whole = premultiplied(whole.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+  }
+  const QRect visible = AlphaBounds::pixels(whole, 0);
+  if (visible.isEmpty()) {
+    return ready;
+  }
+  // One transparent pixel stays around, so that edges fade out when the picture is transformed.
+  const QRect content = visible.adjusted(-1, -1, 1, 1).intersected(whole.rect());
+  const QSizeF size = whole.size();
+  ready.image = content == whole.rect() ? whole : whole.copy(content);
+  ready.part = QRectF(content.x() / size.width(), content.y() / size.height(),
+                      content.width() / size.width(), content.height() / size.height());
+  return ready;
+}
+
+void ScenePainter::makeRoom(qsizetype bytes) {
+  while (m_sets.size() > 1 && m_bytesKept + bytes > m_budget) {
+    for (const Prepared &frame : m_sets.back().frames) {
+      m_bytesKept -= frame.image.sizeInBytes();
+    }
+    m_sets.pop_back();
+  }
+}
+
+} // namespace morvo

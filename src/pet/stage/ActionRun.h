@@ -1,0 +1,63 @@
+#pragma once
+
+#include "pet/stage/ActionContent.h"
+#include "pet/stage/Activity.h"
+
+namespace morvo {
+
+class Node;
+
+/// How far one action has come on one node.
+class ActionRun {
+public:
+  /// The blocks that were reached, to be called once everything has moved.
+  using Blocks = std::vector<std::function<void()>>;
+
+  explicit ActionRun(Action action);
+
+  [[nodiscard]] const Action &action() const { return m_action; }
+
+  /// Takes the first parts up, and what takes no time with them.
+  void begin(Node &node, Blocks &due);
+  /// Lets `by` pass, which is at most `untilNextEnd`. Only after `begin`, and not when finished.
+  void step(Node &node, Duration by, Blocks &due);
+  [[nodiscard]] bool isFinished() const { return m_finished; }
+  /// The time until the next of its parts ends; more than nothing unless finished.
+  [[nodiscard]] Duration untilNextEnd() const;
+  /// Adds what it does to `activity`.
+  void report(Activity &activity) const;
+
+private:
+  using Content = Action::Content;
+
+  void beginNextInSequence(Node &node, Blocks &due);
+  void beginGroup(Node &node, Blocks &due);
+  void beginRepeat(Node &node, Blocks &due);
+  void beginLeaf(Node &node, Blocks &due);
+  void stepSequence(Node &node, Duration by, Blocks &due);
+  void stepGroup(Node &node, Duration by, Blocks &due);
+  void stepRepeat(Node &node, Duration by, Blocks &due);
+  void stepLeaf(Node &node, Duration by);
+  /// Brings the node from progress `m_progress` to `progress`.
+  void apply(Node &node, double progress);
+  void showFrame(Node &node, const Content::Animate &animation);
+  [[nodiscard]] bool isComposite() const;
+
+  template <typename T> [[nodiscard]] const T *as() const {
+    return std::get_if<T>(&m_action.content().kind);
+  }
+
+  Action m_action;
+  bool m_finished = false;
+  /// The parts in play: the present one of a sequence or repetition, all of a group.
+  std::vector<ActionRun> m_parts;
+  std::size_t m_next = 0;
+  Duration m_elapsed = Duration::zero();
+  double m_progress = 0;
+  /// Where the node stood when an action to a target began.
+  double m_start = 0;
+  double m_startOther = 0;
+  std::optional<std::size_t> m_frame;
+};
+
+} // namespace morvo
