@@ -29,4 +29,10 @@ std::optional<QString> Environment::nonEmpty(const QString &name) const {
 
 bool Environment::isOne(const QString &name) const { return value(name) == QStringLiteral("1"); }
 
+Environment Environment::with(const QString &name, const QString &value) const {
+  Environment changed = *this;
+  changed.m_variables.insert(name, value);
+  return changed;
+}
+
 } // namespace morvo

@@ -23,6 +23,9 @@ public:
   [[nodiscard]] std::optional<QString> nonEmpty(const QString &name) const;
   /// Whether the variable has exactly the value "1".
   [[nodiscard]] bool isOne(const QString &name) const;
+  [[nodiscard]] const QHash<QString, QString> &variables() const { return m_variables; }
+  /// The same variables with this one set.
+  [[nodiscard]] Environment with(const QString &name, const QString &value) const;
 
 private:
   QHash<QString, QString> m_variables;

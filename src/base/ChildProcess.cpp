@@ -1,0 +1,170 @@
+#include "base/ChildProcess.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QThread>
+
+#include <csignal>
+#include <unistd.h>
+#include <utility>
+
+namespace morvo {
+namespace {
+
+/// Keeps the beginning of a stream.
+class BoundedBytes {
+public:
+  explicit BoundedBytes(qsizetype limit) : m_limit(limit) {}
+
+  void append(const QByteArray &bytes) {
+    const qsizetype room = m_limit - m_bytes.size();
+    m_truncated = m_truncated || bytes.size() > room;
+    m_bytes.append(bytes.first(std::min(room, bytes.size())));
+  }
+  [[nodiscard]] const QByteArray &bytes() const { return m_bytes; }
+  [[nodiscard]] bool isTruncated() const { return m_truncated; }
+
+private:
+  qsizetype m_limit;
+  QByteArray m_bytes;
+  bool m_truncated = false;
+};
+
+QProcessEnvironment toProcessEnvironment(const Environment &environment) {
+  QProcessEnvironment result;
+  const auto &variables = environment.variables();
+  for (auto each = variables.cbegin(); each != variables.cend(); ++each) {
+    result.insert(each.key(), each.value());
+  }
+  return result;
+}
+
+/// The group has the number of its leader, which stays taken until the leader is reaped and the
+/// group is empty.
+void signalGroup(qint64 leader, int signal) {
+  if (leader <= 0) {
+    return;
+  }
+  const auto process = static_cast<pid_t>(leader);
+  if (::kill(-process, signal) != 0) {
+    // The child has not made its session yet.
+    ::kill(process, signal);
+  }
+}
+
+} // namespace
+
+class ChildProcess::Run {
+public:
+  Run(Scheduler &scheduler, Command command, Callback callback)
+      : m_scheduler(&scheduler), m_callback(std::move(callback)), m_process(new QProcess),
+        m_output(command.outputLimit), m_error(command.outputLimit) {
+    prepare(command);
+    m_deadline = m_scheduler->after(command.deadline, [this] { passDeadline(); });
+    m_process->start(command.program, command.arguments);
+    m_process->write(command.input);
+    m_process->closeWriteChannel();
+  }
+  Run(const Run &) = delete;
+  Run &operator=(const Run &) = delete;
+  ~Run() { abandon(); }
+
+private:
+  void prepare(const Command &command) {
+    if (command.environment) {
+      m_process->setProcessEnvironment(toProcessEnvironment(*command.environment));
+    }
+    m_process->setWorkingDirectory(command.workingDirectory);
+    m_process->setChildProcessModifier([] { ::setsid(); });
+    QObject::connect(m_process, &QProcess::readyReadStandardOutput, m_process,
+                     [this] { m_output.append(m_process->readAllStandardOutput()); });
+    QObject::connect(m_process, &QProcess::readyReadStandardError, m_process,
+                     [this] { m_error.append(m_process->readAllStandardError()); });
+    QObject::connect(m_process, &QProcess::started, m_process,
+                     [this] { m_leader = m_process->processId(); });
+    // A missing program is noticed inside `start`; queued, the callback stays outside of it.
+    QObject::connect(
+        m_process, &QProcess::errorOccurred, m_process,
+        [this](QProcess::ProcessError error) {
+          if (error == QProcess::FailedToStart) {
+            deliver(std::unexpected(Failure::notStarted));
+          }
+        },
+        Qt::QueuedConnection);
+    QObject::connect(
+        m_process, &QProcess::finished, m_process,
+        [this](int exitCode, QProcess::ExitStatus status) { finish(exitCode, status); });
+  }
+
+  void passDeadline() {
+    m_timedOut = true;
+    signalGroup(m_process->processId(), SIGTERM);
+    m_kill = m_scheduler->after(grace, [this] { signalGroup(m_process->processId(), SIGKILL); });
+  }
+
+  void finish(int exitCode, QProcess::ExitStatus status) {
+    if (m_timedOut) {
+      // The child obeyed; what it started may not have.
+      ::kill(-static_cast<pid_t>(m_leader), SIGKILL);
+      deliver(std::unexpected(Failure::timedOut));
+      return;
+    }
+    if (status == QProcess::CrashExit) {
+      deliver(std::unexpected(Failure::killed));
+      return;
+    }
+    m_output.append(m_process->readAllStandardOutput());
+    m_error.append(m_process->readAllStandardError());
+    deliver(Output{.exitCode = exitCode,
+                   .standardOutput = m_output.bytes(),
+                   .standardError = m_error.bytes(),
+                   .truncated = m_output.isTruncated() || m_error.isTruncated()});
+  }
+
+  void deliver(Result result) {
+    m_deadline.cancel();
+    m_kill.cancel();
+    // The callback may destroy this run.
+    const auto callback = std::exchange(m_callback, nullptr);
+    callback(std::move(result));
+  }
+
+  /// A QProcess waits in its destructor for a living child, so it is left to the event loop.
+  void abandon() {
+    m_process->disconnect();
+    if (m_process->state() == QProcess::NotRunning) {
+      m_process->deleteLater();
+      return;
+    }
+    signalGroup(m_process->processId(), SIGKILL);
+    QObject::connect(m_process, &QProcess::finished, m_process, &QObject::deleteLater);
+    QObject::connect(m_process, &QProcess::errorOccurred, m_process,
+                     [process = m_process](QProcess::ProcessError error) {
+                       if (error == QProcess::FailedToStart) {
+                         process->deleteLater();
+                       }
+                     });
+    // Without an event loop that runs on, the application reaps it at its end.
+    if (auto *application = QCoreApplication::instance();
+        application != nullptr && application->thread() == QThread::currentThread()) {
+      m_process->setParent(application);
+    }
+  }
+
+  Scheduler *m_scheduler;
+  Callback m_callback;
+  QProcess *m_process;
+  BoundedBytes m_output;
+  BoundedBytes m_error;
+  Scheduler::Timer m_deadline;
+  Scheduler::Timer m_kill;
+  qint64 m_leader = 0;
+  bool m_timedOut = false;
+};
+
+ChildProcess::ChildProcess(Scheduler &scheduler, Command command, Callback callback)
+    : m_run(std::make_unique<Run>(scheduler, std::move(command), std::move(callback))) {}
+
+ChildProcess::~ChildProcess() = default;
+
+} // namespace morvo
