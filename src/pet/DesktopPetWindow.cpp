@@ -1,0 +1,256 @@
+#include "pet/DesktopPetWindow.h"
+
+#include "pet/InkRegion.h"
+#include "pet/PanelGeometry.h"
+
+#include <QExposeEvent>
+#include <QMouseEvent>
+#include <QPaintDevice>
+#include <QSurfaceFormat>
+
+#include <algorithm>
+#include <cmath>
+
+namespace morvo {
+namespace {
+
+/// Between the pictures of a fade.
+constexpr Duration fadeStep = std::chrono::nanoseconds(std::chrono::seconds(1)) / 60;
+/// Moving further than this with the button down is no click.
+constexpr double clickReach = 3;
+/// A pixel of the full pet that is fainter than this is only its glow.
+constexpr double inkAlpha = 110;
+/// Taking clicks needs no finer outline than this, nor a fresher one.
+constexpr int inputCell = 4;
+constexpr Duration inputAge = std::chrono::milliseconds(250);
+/// A cut window shows its outline.
+constexpr int shapeCell = 1;
+/// Qt counts a window without a picture yet as drawn never: no scene has this revision.
+constexpr std::uint64_t nothingDrawn = ~std::uint64_t{0};
+
+QSurfaceFormat transparentFormat() {
+  QSurfaceFormat format;
+  format.setAlphaBufferSize(8);
+  return format;
+}
+
+} // namespace
+
+DesktopPetWindow::DesktopPetWindow(const Ground &ground, std::function<void()> onClick)
+    : m_ground(ground), m_onClick(std::move(onClick)), m_store(this),
+      m_drawnRevision(nothingDrawn) {
+  setSurfaceType(QSurface::RasterSurface);
+  setFormat(transparentFormat());
+  setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+           Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint);
+  m_ground.windows.onCompositingChanged([this] { compositingChanged(); });
+}
+
+DesktopPetWindow::~DesktopPetWindow() { retire(); }
+
+void DesktopPetWindow::showAt(const QRect &place, int spriteSide) {
+  m_spriteSide = spriteSide;
+  setGeometry(place);
+  create();
+  m_ground.windows.prepareOverlay(*this);
+  layBubble(false);
+  show();
+}
+
+void DesktopPetWindow::resizeTo(const QRect &place, int spriteSide) {
+  m_spriteSide = spriteSide;
+  setGeometry(place);
+  layBubble(false);
+  draw(QRect(QPoint(), size()));
+}
+
+void DesktopPetWindow::retire() {
+  if (m_retired) {
+    return;
+  }
+  m_retired = true;
+  m_timer.cancel();
+  m_ground.windows.onCompositingChanged({});
+  hide();
+}
+
+QRect DesktopPetWindow::spriteRect() const {
+  return {(width() - m_spriteSide) / 2, height() - m_spriteSide, m_spriteSide, m_spriteSide};
+}
+
+QRect DesktopPetWindow::bubbleArea() const {
+  return {0, 0, width(), std::max(0, height() - m_spriteSide)};
+}
+
+void DesktopPetWindow::setBubble(const QString &text, const BubbleLook &look) {
+  const bool newWords = text != m_bubbleText;
+  if (!newWords && look == m_bubbleLook) {
+    return;
+  }
+  m_bubbleText = text;
+  m_bubbleLook = look;
+  layBubble(newWords);
+  draw(bubbleArea());
+  arm();
+}
+
+void DesktopPetWindow::layBubble(bool newWords) {
+  SpeechBubble bubble(m_bubbleText, m_bubbleLook, bubbleArea().size());
+  if (newWords && isExposed()) {
+    m_bubble.change(std::move(bubble), m_ground.clock.instant());
+  } else {
+    m_bubble.replace(std::move(bubble));
+  }
+}
+
+void DesktopPetWindow::exposeEvent(QExposeEvent * /*event*/) {
+  if (m_retired) {
+    return;
+  }
+  if (!isExposed()) {
+    m_timer.cancel();
+    return;
+  }
+  m_ground.scene.advance(m_ground.clock.instant());
+  draw(QRect(QPoint(), size()));
+  arm();
+}
+
+void DesktopPetWindow::wake() {
+  if (!m_retired && isExposed()) {
+    tick();
+  }
+}
+
+void DesktopPetWindow::tick() {
+  m_ground.scene.advance(m_ground.clock.instant());
+  QRegion changed;
+  if (m_ground.scene.revision() != m_drawnRevision) {
+    changed += spriteRect();
+  }
+  if (m_bubble.isRunning()) {
+    changed += bubbleArea();
+  }
+  if (!changed.isEmpty()) {
+    draw(changed);
+  }
+  arm();
+}
+
+void DesktopPetWindow::arm() {
+  std::optional<Duration> interval = m_ground.scene.frameInterval();
+  if (m_bubble.isRunning()) {
+    interval = std::min(interval.value_or(fadeStep), fadeStep);
+  }
+  if (m_retired || !isExposed() || !interval) {
+    m_timer.cancel();
+    return;
+  }
+  // Counted from the last planned tick, or each late timer would slow the animation down.
+  const Instant now = m_ground.clock.instant();
+  const Instant planned = m_nextTick + *interval;
+  m_nextTick = planned > now && planned <= now + *interval ? planned : now + *interval;
+  m_timer = m_ground.scheduler.after(m_nextTick - now, [this] { tick(); });
+}
+
+void DesktopPetWindow::draw(const QRegion &changed) {
+  if (m_retired || !isExposed()) {
+    return;
+  }
+  const QRect whole(QPoint(), size());
+  const Instant now = m_ground.clock.instant();
+  if (m_store.size() != size()) {
+    m_store.resize(size());
+  }
+  const bool all = m_drawnRevision == nothingDrawn || changed.boundingRect() == whole;
+  const QRegion dirty = all ? QRegion(whole) : changed & whole;
+  m_store.beginPaint(dirty);
+  {
+    QPainter painter(m_store.paintDevice());
+    const double ratio = m_store.paintDevice()->devicePixelRatioF();
+    painter.setClipRegion(dirty);
+    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    painter.fillRect(dirty.boundingRect(), Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    if (dirty.intersects(spriteRect())) {
+      painter.setClipRegion(dirty & spriteRect());
+      m_ground.scene.present();
+      m_painter.paint(painter, m_ground.scene, spriteRect(), ratio);
+      m_drawnRevision = m_ground.scene.revision();
+    }
+    painter.setClipRegion(dirty);
+    m_bubble.paint(painter, bubbleArea(), now, ratio);
+  }
+  updateRegions(all);
+  m_store.endPaint();
+  m_store.flush(dirty);
+  m_bubble.settle(now);
+  ++m_drawings;
+}
+
+const QImage *DesktopPetWindow::canvas() {
+  QPaintDevice *device = m_store.paintDevice();
+  return device->devType() == QInternal::Image ? static_cast<QImage *>(device) : nullptr;
+}
+
+void DesktopPetWindow::updateRegions(bool whole) {
+  const QImage *image = canvas();
+  if (image == nullptr) {
+    return;
+  }
+  const int alpha =
+      std::max(1, static_cast<int>(std::lround(inkAlpha * std::clamp(m_spriteOpacity, 0.0, 1.0))));
+  QRegion bubble;
+  if (!m_bubble.present().isEmpty()) {
+    bubble = m_bubble.present().placeIn(bubbleArea());
+  }
+  if (!m_ground.windows.isCompositing()) {
+    constexpr int bubbleAlpha = 128;
+    const QRegion shape = InkRegion::of(*image, spriteRect(), alpha, shapeCell) +
+                          InkRegion::of(*image, bubbleArea(), bubbleAlpha, shapeCell);
+    if (m_shape != shape) {
+      m_shape = shape;
+      m_ground.windows.setShape(*this, shape);
+    }
+  }
+  const Instant now = m_ground.clock.instant();
+  const bool bubbleMoved = m_bubble.isRunning();
+  if (!whole && !bubbleMoved && now - m_regionsAt < inputAge) {
+    return;
+  }
+  m_regionsAt = now;
+  const QRegion input = InkRegion::of(*image, spriteRect(), alpha, inputCell) + bubble;
+  if (whole || input != m_inputRegion) {
+    m_inputRegion = input;
+    m_ground.windows.setInputRegion(*this, input);
+  }
+}
+
+void DesktopPetWindow::compositingChanged() {
+  if (m_ground.windows.isCompositing() && m_shape) {
+    m_shape.reset();
+    m_ground.windows.setShape(*this, std::nullopt);
+  }
+  draw(QRect(QPoint(), size()));
+}
+
+void DesktopPetWindow::mousePressEvent(QMouseEvent *event) {
+  if (event->button() == Qt::LeftButton) {
+    m_pressedAt = event->globalPosition();
+  }
+}
+
+void DesktopPetWindow::mouseReleaseEvent(QMouseEvent *event) {
+  if (event->button() != Qt::LeftButton || !m_pressedAt) {
+    return;
+  }
+  const QPointF moved = event->globalPosition() - *m_pressedAt;
+  m_pressedAt.reset();
+  if (std::hypot(moved.x(), moved.y()) <= clickReach && m_onClick) {
+    // The handler may take this window away, and the function with it.
+    const auto onClick = m_onClick;
+    onClick();
+  }
+}
+
+} // namespace morvo

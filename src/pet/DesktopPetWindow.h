@@ -1,0 +1,87 @@
+#pragma once
+
+#include "base/Clock.h"
+#include "base/Scheduler.h"
+#include "pet/BubbleFade.h"
+#include "pet/PetScene.h"
+#include "pet/ScenePainter.h"
+#include "platform/WindowSystem.h"
+
+#include <QBackingStore>
+#include <QWindow>
+
+#include <functional>
+
+namespace morvo {
+
+/// The pet's window: a transparent overlay with the sprite at its bottom and the speech bubble
+/// above. It takes no focus, and clicks on its empty pixels go to the window below. Main thread.
+///
+/// It draws only when the picture has changed, driven by one timer at the rate of the scene; while
+/// nothing of it is on the screen it neither draws nor lets the scene's time pass.
+class DesktopPetWindow final : public QWindow {
+public:
+  /// What the window stands on; all of it outlives the window or its `retire`.
+  struct Ground {
+    PetScene &scene;
+    WindowSystem &windows;
+    Clock &clock;
+    Scheduler &scheduler;
+  };
+
+  DesktopPetWindow(const Ground &ground, std::function<void()> onClick);
+  ~DesktopPetWindow() override;
+
+  /// Creates the native window and shows it there.
+  void showAt(const QRect &place, int spriteSide);
+  /// Moves and sizes the window together with its sprite.
+  void resizeTo(const QRect &place, int spriteSide);
+  /// Takes the window off the screen for good; it touches nothing of its ground afterwards.
+  void retire();
+  /// The scene was told something: looks at once whether to draw, and when to look again.
+  void wake();
+  /// Opacity of the sprite, 0 to 1, by which its pixels are judged empty.
+  void setSpriteOpacity(double opacity) { m_spriteOpacity = opacity; }
+  void setBubble(const QString &text, const BubbleLook &look);
+
+  [[nodiscard]] const QString &bubbleText() const { return m_bubbleText; }
+  [[nodiscard]] QRect spriteRect() const;
+  [[nodiscard]] QRect bubbleArea() const;
+  /// Pictures drawn so far.
+  [[nodiscard]] std::uint64_t drawings() const { return m_drawings; }
+
+protected:
+  void exposeEvent(QExposeEvent *event) override;
+  void mousePressEvent(QMouseEvent *event) override;
+  void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+  void tick();
+  void arm();
+  void draw(const QRegion &changed);
+  void layBubble(bool newWords);
+  void updateRegions(bool whole);
+  void compositingChanged();
+  [[nodiscard]] const QImage *canvas();
+
+  Ground m_ground;
+  std::function<void()> m_onClick;
+  QBackingStore m_store;
+  ScenePainter m_painter;
+  BubbleFade m_bubble;
+  QString m_bubbleText;
+  BubbleLook m_bubbleLook;
+  int m_spriteSide = 0;
+  double m_spriteOpacity = 1;
+  Scheduler::Timer m_timer;
+  Instant m_nextTick;
+  std::uint64_t m_drawnRevision = 0;
+  std::uint64_t m_drawings = 0;
+  Instant m_regionsAt;
+  QRegion m_inputRegion;
+  std::optional<QRegion> m_shape;
+  std::optional<QPointF> m_pressedAt;
+  bool m_retired = false;
+};
+
+} // namespace morvo

@@ -1,0 +1,99 @@
+#include "platform/linux/X11WindowSystem.h"
+
+#include "platform/linux/X11Atom.h"
+
+#include <QGuiApplication>
+
+#include <xcb/shape.h>
+
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace morvo {
+namespace {
+
+constexpr std::uint32_t allWorkspaces = 0xFFFFFFFF;
+constexpr std::uint8_t bitsOfNumber = 32;
+/// The application's windows stand on the first screen of the display; X servers of today have
+/// one, whatever the number of monitors.
+constexpr int screenNumber = 0;
+
+/// Device-independent rectangles in the server's pixels, grown to whole ones.
+std::vector<xcb_rectangle_t> nativeRectangles(const QRegion &region, double scale) {
+  std::vector<xcb_rectangle_t> rectangles;
+  rectangles.reserve(static_cast<std::size_t>(region.rectCount()));
+  for (const QRect &rect : region) {
+    const auto left = static_cast<std::int16_t>(std::floor(rect.x() * scale));
+    const auto top = static_cast<std::int16_t>(std::floor(rect.y() * scale));
+    const double right = std::ceil((rect.x() + rect.width()) * scale);
+    const double bottom = std::ceil((rect.y() + rect.height()) * scale);
+    rectangles.push_back({left, top, static_cast<std::uint16_t>(right - left),
+                          static_cast<std::uint16_t>(bottom - top)});
+  }
+  return rectangles;
+}
+
+void setRectangles(xcb_connection_t *connection, QWindow &window, xcb_shape_sk_t kind,
+                   const QRegion &region) {
+  const auto rectangles = nativeRectangles(region, window.devicePixelRatio());
+  xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED,
+                       static_cast<xcb_window_t>(window.winId()), 0, 0,
+                       static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+  xcb_flush(connection);
+}
+
+} // namespace
+
+X11WindowSystem::X11WindowSystem() {
+  if (const auto *native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    m_connection = native->connection();
+    m_watch = std::make_unique<CompositorWatch>(m_connection, screenNumber);
+  }
+}
+
+void X11WindowSystem::prepareOverlay(QWindow &window) {
+  if (m_connection == nullptr) {
+    return;
+  }
+  const auto id = static_cast<xcb_window_t>(window.winId());
+  xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, id,
+                      X11Atom::named(m_connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL,
+                      bitsOfNumber, 1, &allWorkspaces);
+  // Qt keeps the states it does not know when it adds its own at the time of showing.
+  const std::array states{X11Atom::named(m_connection, "_NET_WM_STATE_SKIP_TASKBAR"),
+                          X11Atom::named(m_connection, "_NET_WM_STATE_SKIP_PAGER"),
+                          X11Atom::named(m_connection, "_NET_WM_STATE_STICKY")};
+  xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, id,
+                      X11Atom::named(m_connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, bitsOfNumber,
+                      static_cast<std::uint32_t>(states.size()), states.data());
+}
+
+void X11WindowSystem::setInputRegion(QWindow &window, const QRegion &region) {
+  if (m_connection != nullptr) {
+    setRectangles(m_connection, window, XCB_SHAPE_SK_INPUT, region);
+  }
+}
+
+void X11WindowSystem::setShape(QWindow &window, const std::optional<QRegion> &region) {
+  if (m_connection == nullptr) {
+    return;
+  }
+  if (region) {
+    setRectangles(m_connection, window, XCB_SHAPE_SK_BOUNDING, *region);
+    return;
+  }
+  xcb_shape_mask(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                 static_cast<xcb_window_t>(window.winId()), 0, 0, XCB_PIXMAP_NONE);
+  xcb_flush(m_connection);
+}
+
+bool X11WindowSystem::isCompositing() const { return !m_watch || m_watch->isCompositing(); }
+
+void X11WindowSystem::onCompositingChanged(std::function<void()> handler) {
+  if (m_watch) {
+    m_watch->onChanged(std::move(handler));
+  }
+}
+
+} // namespace morvo
