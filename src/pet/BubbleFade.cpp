@@ -22,8 +22,7 @@ void BubbleFade::settle(Instant now) {
   }
 }
 
-void BubbleFade::paint(QPainter &painter, const QRect &area, Instant now,
-                       double devicePixelRatio) {
+void BubbleFade::paint(QPainter &painter, const QRect &area, Instant now, double devicePixelRatio) {
   const double shown = progress(now);
   m_previous.paint(painter, area, 1 - shown, devicePixelRatio);
   m_present.paint(painter, area, shown, devicePixelRatio);

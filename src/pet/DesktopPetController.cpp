@@ -151,16 +151,16 @@ void DesktopPetController::show() {
   }
   catchUp();
   m_scene.present();
-  m_window.reset(new DesktopPetWindow({m_scene, *m_windows, *m_clock, *m_scheduler},
-                                      [this] { tapped(); }));
+  m_window.reset(
+      new DesktopPetWindow({m_scene, *m_windows, *m_clock, *m_scheduler}, [this] { tapped(); }));
   setOpacity(m_opacity);
   refreshLook();
   const QRect place = defaultPlace(PanelGeometry::panelSize(m_scale));
   m_window->showAt(place, PanelGeometry::spriteSide(m_scale));
   if (m_setting.environment().isOne(QStringLiteral("MORVO_DEBUG"))) {
-    Diagnostics::line(u"DESKPET", QStringLiteral("shown at %1 win=%2")
-                                      .arg(described(place))
-                                      .arg(m_window->winId()));
+    Diagnostics::line(
+        u"DESKPET",
+        QStringLiteral("shown at %1 win=%2").arg(described(place)).arg(m_window->winId()));
   }
 }
 

@@ -25,7 +25,7 @@ constexpr int inputCell = 4;
 constexpr Duration inputAge = std::chrono::milliseconds(250);
 /// A cut window shows its outline.
 constexpr int shapeCell = 1;
-/// Qt counts a window without a picture yet as drawn never: no scene has this revision.
+/// The revision of a window without a picture yet; no scene gets that far.
 constexpr std::uint64_t nothingDrawn = ~std::uint64_t{0};
 
 QSurfaceFormat transparentFormat() {
@@ -54,6 +54,12 @@ void DesktopPetWindow::showAt(const QRect &place, int spriteSide) {
   create();
   m_ground.windows.prepareOverlay(*this);
   layBubble(false);
+  if (!m_ground.windows.isCompositing()) {
+    // Until the first picture tells the outline: the server asks no window for a picture that has
+    // no pixel at all.
+    m_shape = QRect(0, 0, 1, 1);
+    m_ground.windows.setShape(*this, m_shape);
+  }
   show();
 }
 
