@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QRect>
+
+#include <optional>
+
+namespace morvo {
+
+/// The window that holds the main panel. Main thread.
+class PanelHost {
+public:
+  virtual ~PanelHost() = default;
+
+  /// Shows the panel by the icon, where its place is known, and gives it the keyboard.
+  virtual void show(const std::optional<QRect> &icon) = 0;
+  virtual void close() = 0;
+  [[nodiscard]] virtual bool isShown() const = 0;
+  /// Whether a click elsewhere closes the panel; it does at first.
+  virtual void setTransient(bool transient) = 0;
+};
+
+} // namespace morvo

@@ -1,0 +1,187 @@
+#include "app/PetStore.h"
+
+#include "monitor/AttentionEngine.h"
+#include "pet/PetPackStore.h"
+#include "platform/SettingKeys.h"
+#include "voice/VoiceProfileStore.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+namespace morvo {
+namespace {
+
+constexpr auto recentDoneLife = std::chrono::seconds(180);
+constexpr auto softConfirmLife = std::chrono::seconds(600);
+
+bool isPermission(const QJsonObject &signal) { return signal.value(u"kind").toString() == u"perm"; }
+
+bool isAnswerablePermission(const QJsonObject &signal) {
+  return isPermission(signal) && signal.value(u"id").isString();
+}
+
+QString textOr(const QJsonValue &value, const QString &fallback) {
+  return value.isString() ? value.toString() : fallback;
+}
+
+} // namespace
+
+void PetStore::handleHookSignals(const QList<QJsonObject> &signals) {
+  const auto request = std::ranges::find_if(signals, isAnswerablePermission);
+  if (request != signals.end()) {
+    handleApproval(*request);
+    Q_EMIT signalsHandled(true);
+    return;
+  }
+  if (!m_parts.setting.boolean(SettingKeys::preciseEvents, true)) {
+    Q_EMIT signalsHandled(false);
+    return;
+  }
+  // A permission that cannot be answered, for lack of an id, is read as if it were not there.
+  QList<QJsonObject> events = signals;
+  events.removeIf(isPermission);
+  const auto pack = PetPackStore::load(m_parts.files, m_persona.value().id);
+  const auto reaction =
+      LocalBrain::react(events, linePackOrNull(), pack ? &*pack : nullptr, m_parts.random);
+  if (!reaction.action.isEmpty()) {
+    m_parts.body.react(reaction.action);
+  }
+  const auto agent = std::ranges::find_if(events, [](const QJsonObject &signal) {
+    return signal.value(u"kind").toString() == u"agent";
+  });
+  handleReaction(reaction, agent == events.end() ? QJsonObject() : *agent);
+  refreshAttention();
+  if (m_parts.cloud && m_parts.cloud->hasSession() && !events.isEmpty()) {
+    m_parts.cloud->postSignals(events);
+  }
+  Q_EMIT signalsHandled(reaction.event.has_value());
+}
+
+void PetStore::handleApproval(const QJsonObject &request) {
+  const QString tool = textOr(request.value(u"tool"), QStringLiteral("?"));
+  m_pendingApproval = PermRequest{.id = request.value(u"id").toString(),
+                                  .tool = tool,
+                                  .summary = request.value(u"summary").toString()};
+  m_parts.body.react(QStringLiteral("alert"));
+  const bool hasLines = m_linePack && !m_linePack->needsInput.isEmpty();
+  const QString line = hasLines ? LocalBrain::randomLine(m_linePack->needsInput, m_parts.random)
+                                : QStringLiteral("这步要不要批准？");
+  const bool notify = m_parts.setting.boolean(SettingKeys::notifications, true);
+  propose(line, ProactiveGate::needsUserPriority, notify,
+          m_persona.value().name + QStringLiteral("·等你确认：") + tool);
+  refreshAttention();
+}
+
+void PetStore::handleReaction(const LocalBrain::Reaction &reaction,
+                              const QJsonObject &agentSignal) {
+  if (!reaction.event) {
+    return;
+  }
+  const QString agent = textOr(agentSignal.value(u"provider"), QStringLiteral("agent"));
+  const QJsonValue label = agentSignal.value(u"label");
+  QString standardLine;
+  QString suffix;
+  int priority = ProactiveGate::needsUserPriority;
+  switch (*reaction.event) {
+  case PetEventKind::agentDone:
+    m_recentDone = RecentDone{agent, textOr(label, {}), m_parts.clock.instant()};
+    standardLine = QStringLiteral("完成了。");
+    suffix = QStringLiteral("·任务完成");
+    priority = ProactiveGate::donePriority;
+    break;
+  case PetEventKind::agentNeedsInput:
+    m_softConfirm =
+        SoftConfirm{agent, textOr(label, QStringLiteral("需要你拍板")), m_parts.clock.instant()};
+    [[fallthrough]];
+  case PetEventKind::approvalRequest:
+    standardLine = QStringLiteral("停下来等你了。");
+    suffix = QStringLiteral("·等你确认");
+    break;
+  default:
+    return;
+  }
+  const bool notify = m_parts.setting.boolean(SettingKeys::notifications, true) && reaction.notify;
+  propose(reaction.line.isEmpty() ? standardLine : reaction.line, priority, notify,
+          m_persona.value().name + suffix);
+}
+
+void PetStore::propose(const QString &line, int priority, bool notify, const QString &title) {
+  m_gate.configure(m_parts.setting);
+  const auto decision = m_gate.decide(line, priority, notify, m_parts.clock.instant());
+  if (decision.notify) {
+    m_parts.notifier.post(title, line);
+  }
+  if (decision.bubble) {
+    say(line);
+  }
+}
+
+void PetStore::say(const QString &text) {
+  m_reply = text;
+  if (text.isEmpty()) {
+    return;
+  }
+  if (m_parts.speech != nullptr && m_parts.setting.boolean(SettingKeys::voice, true)) {
+    const auto profile = VoiceProfileStore::load(
+        m_parts.files.candidates(m_persona.value().id, QStringLiteral("voice.json")));
+    m_parts.speech->speak(text, profile, [guard = QPointer(this)](VoiceHealth health) {
+      if (guard) {
+        guard->m_voiceHealth = std::move(health);
+      }
+    });
+  }
+  scheduleBubbleClear();
+}
+
+void PetStore::scheduleBubbleClear() {
+  m_bubbleClear = m_parts.scheduler.after(seconds(m_parts.setting.bubbleDwell()),
+                                          [this] { m_reply = QString(); });
+}
+
+void PetStore::refreshAttention() {
+  const Instant now = m_parts.clock.instant();
+  if (m_recentDone && now - m_recentDone->at > recentDoneLife) {
+    m_recentDone.reset();
+  }
+  if (m_softConfirm && now - m_softConfirm->at > softConfirmLife) {
+    m_softConfirm.reset();
+  }
+  AttentionSnapshot snapshot;
+  if (const auto &pending = m_pendingApproval.value()) {
+    snapshot.pendingConfirm = AttentionSnapshot::PendingConfirm{
+        .agent = QStringLiteral("权限"), .summary = pending->tool + u'：' + pending->summary};
+  } else if (m_softConfirm) {
+    snapshot.pendingConfirm = AttentionSnapshot::PendingConfirm{.agent = m_softConfirm->agent,
+                                                                .summary = m_softConfirm->summary};
+  }
+  if (m_recentDone) {
+    snapshot.recentDone =
+        AttentionSnapshot::RecentDone{.agent = m_recentDone->agent, .label = m_recentDone->label};
+  }
+  const auto &fleet = m_fleet.value();
+  snapshot.loads = m_sourceLoads;
+  snapshot.runningCount =
+      static_cast<int>(std::ranges::count(fleet, FleetStatus::running, &FleetSession::status));
+  const auto isDetected = [&detected = m_detected.value()](QStringView id) {
+    return std::ranges::find(detected, id, &DetectedAgent::id) != detected.end();
+  };
+  snapshot.claudeDetected = isDetected(u"claude");
+  snapshot.claudeHooked = m_claudeConnected;
+  snapshot.codexDetected = isDetected(u"codex");
+  snapshot.codexHooked = m_codexConnected;
+  snapshot.geminiDetected = isDetected(u"gemini");
+  snapshot.geminiHooked = m_geminiConnected;
+  snapshot.cursorDetected = isDetected(u"cursor");
+  snapshot.cursorHooked = m_cursorConnected;
+
+  const auto items = AttentionEngine::rank(snapshot);
+  m_attentionItems = items;
+  m_attentionHeadline = AttentionEngine::headline(items);
+  m_attentionExplain =
+      AttentionEngine::explain(items.empty() ? std::nullopt : std::optional(items.front()),
+                               AttentionEngine::tightest(snapshot.loads));
+  m_parts.body.setQuietMode(snapshot.runningCount > 0);
+}
+
+} // namespace morvo
