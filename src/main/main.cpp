@@ -1,6 +1,3 @@
-#include <QApplication>
+#include "app/MorvoBarApp.h"
 
-int main(int argc, char **argv) {
-  const QApplication application(argc, argv);
-  return 0;
-}
+int main(int argc, char **argv) { return morvo::MorvoBarApp::run(argc, argv); }
