@@ -89,8 +89,9 @@ QStringList CodexConnector::furtherObstacles(bool entered) const {
                  .arg(configURL());
   }
   // Codex keeps the trust in a form of its own that may change, so it is told, not tested.
-  found << QStringLiteral("Codex 只运行你信任过的钩子：请在 codex 提示「Hooks need review」时信任一次"
-                          "（是否已信任，这里查不到）");
+  found << QStringLiteral(
+      "Codex 只运行你信任过的钩子：请在 codex 提示「Hooks need review」时信任一次"
+      "（是否已信任，这里查不到）");
   return found;
 }
 

@@ -4,8 +4,8 @@
 
 namespace morvo::test {
 
-/// The real file system, except that the Nth call fails. Sweep N over a writer to see that the old
-/// file survives a failure at every step.
+/// The real file system, except that the Nth call fails and `sync` does not wait for the disk.
+/// Sweep N over a writer to see that the old file survives a failure at every step.
 class FailingFileLayer final : public FileLayer {
 public:
   enum class Fault {

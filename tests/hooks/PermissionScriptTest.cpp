@@ -1,0 +1,265 @@
+#include "hooks/HookHome.h"
+#include "hooks/ScriptRun.h"
+#include "monitor/ActConnector.h"
+#include "monitor/HookScript.h"
+#include "platform/MorvoHome.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace morvo {
+namespace {
+
+using test::HookHome;
+using test::ScriptRun;
+
+/// Stands in for the inbox: tells at once when a line has been written.
+class InboxPipe {
+public:
+  explicit InboxPipe(const HomeFolder &home) {
+    MorvoHome::ensure(home);
+    const QByteArray path = QFile::encodeName(MorvoHome::inbox(home));
+    EXPECT_TRUE(QFile::remove(MorvoHome::inbox(home)));
+    EXPECT_EQ(::mkfifo(path.constData(), 0600), 0);
+    // Both ends, so that neither side waits for the other to open it.
+    m_descriptor = ::open(path.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+  }
+  InboxPipe(const InboxPipe &) = delete;
+  InboxPipe &operator=(const InboxPipe &) = delete;
+  ~InboxPipe() { ::close(m_descriptor); }
+
+  /// The next line; empty when none comes.
+  QByteArray nextLine() {
+    while (!m_pending.contains('\n')) {
+      pollfd waiting{.fd = m_descriptor, .events = POLLIN, .revents = 0};
+      if (::poll(&waiting, 1, 60000) <= 0) {
+        return {};
+      }
+      QByteArray block(65536, Qt::Uninitialized);
+      block.truncate(std::max<ssize_t>(
+          0, ::read(m_descriptor, block.data(), static_cast<std::size_t>(block.size()))));
+      m_pending += block;
+    }
+    const qsizetype end = m_pending.indexOf('\n') + 1;
+    const QByteArray line = m_pending.first(end);
+    m_pending.remove(0, end);
+    return line;
+  }
+  nlohmann::json nextRequest() {
+    return nlohmann::json::parse(nextLine().toStdString(), nullptr, false);
+  }
+  bool isEmpty() const {
+    pollfd waiting{.fd = m_descriptor, .events = POLLIN, .revents = 0};
+    return m_pending.isEmpty() && ::poll(&waiting, 1, 0) == 0;
+  }
+
+private:
+  int m_descriptor = -1;
+  QByteArray m_pending;
+};
+
+QString idOf(const nlohmann::json &request) {
+  return QString::fromStdString(request.value("id", ""));
+}
+
+class PermissionScriptTest : public testing::Test {
+protected:
+  void SetUp() override { ASSERT_TRUE(HookScript::install(m_home.context()).has_value()); }
+
+  ScriptRun ask(const QByteArray &input) { return ask(script(), input); }
+  ScriptRun ask(const QString &script, const QByteArray &input) {
+    return ScriptRun(script, input,
+                     {.arguments = {QStringLiteral("claude")},
+                      .home = m_home.home().path,
+                      .variables = {QStringLiteral("LC_ALL=C")}});
+  }
+  [[nodiscard]] QString script() const { return MorvoHome::permissionScript(m_home.home()); }
+  /// The script with one place of its program changed.
+  QString changedScript(const QByteArray &before, const QByteArray &after) {
+    QByteArray text = HookScript::permissionScript();
+    EXPECT_EQ(text.count(before), 1);
+    m_home.put(QStringLiteral("changed.sh"), text.replace(before, after));
+    return m_home.path(QStringLiteral("changed.sh"));
+  }
+  void decide(const QString &id, bool allow) { ActConnector(m_home.context()).decide(id, allow); }
+  [[nodiscard]] static QString decisionFile(const QString &id) {
+    return QStringLiteral(".morvo/decisions/%1.json").arg(id);
+  }
+  /// Expects the agent's form of an answer and nothing else.
+  static void expectAnswer(ScriptRun &run, const std::string &decision, const std::string &reason) {
+    ASSERT_TRUE(run.finish());
+    EXPECT_EQ(run.exitCode(), 0);
+    EXPECT_EQ(run.err(), "");
+    EXPECT_EQ(run.out().count('\n'), 1);
+    const nlohmann::json expected = {{"hookSpecificOutput",
+                                      {{"hookEventName", "PreToolUse"},
+                                       {"permissionDecision", decision},
+                                       {"permissionDecisionReason", reason}}}};
+    EXPECT_EQ(nlohmann::json::parse(run.out().toStdString(), nullptr, false), expected);
+  }
+  static void expectSilence(ScriptRun &run) {
+    ASSERT_TRUE(run.finish());
+    EXPECT_EQ(run.exitCode(), 0);
+    EXPECT_EQ(run.out(), "");
+    EXPECT_EQ(run.err(), "");
+  }
+
+  HookHome m_home;
+  InboxPipe m_inbox{m_home.home()};
+};
+
+TEST_F(PermissionScriptTest, AnAllowedCallIsAnsweredAndTheDecisionConsumed) {
+  auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"make 测试"}})");
+  const auto request = m_inbox.nextRequest();
+  EXPECT_EQ(request, (nlohmann::json{{"kind", "perm"},
+                                     {"id", request.value("id", "")},
+                                     {"tool", "Bash"},
+                                     {"summary", "make 测试"}}));
+  EXPECT_TRUE(QRegularExpression(QStringLiteral("^[0-9a-f]{12}$")).match(idOf(request)).hasMatch());
+  EXPECT_TRUE(run.isRunning());
+  decide(idOf(request), true);
+  expectAnswer(run, "allow", "你批准了");
+  EXPECT_EQ(m_home.get(decisionFile(idOf(request))), "<none>");
+}
+
+TEST_F(PermissionScriptTest, ADeniedCallIsAnswered) {
+  auto run = ask(R"({"tool_name":"Write","tool_input":{"file_path":"/a/b","content":"c"}})");
+  const auto request = m_inbox.nextRequest();
+  EXPECT_EQ(request["summary"], "/a/b");
+  decide(idOf(request), false);
+  expectAnswer(run, "deny", "你拒绝了");
+}
+
+class BadDecisionTest : public PermissionScriptTest,
+                        public testing::WithParamInterface<QByteArray> {};
+
+TEST_P(BadDecisionTest, LeavesTheCallToTheAgent) {
+  auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  const QString id = idOf(m_inbox.nextRequest());
+  m_home.put(decisionFile(id), GetParam());
+  expectSilence(run);
+  EXPECT_EQ(m_home.get(decisionFile(id)), "<none>");
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, BadDecisionTest,
+                         testing::Values(QByteArray("{\"decision\":\"al"), QByteArray("[]"),
+                                         QByteArray("{}"), QByteArray("{\"decision\":\"maybe\"}"),
+                                         QByteArray("{\"decision\":{\"allow\":1}}"),
+                                         QByteArray("\xFF")));
+
+class ReadOnlyToolTest : public PermissionScriptTest,
+                         public testing::WithParamInterface<const char *> {};
+
+TEST_P(ReadOnlyToolTest, IsAllowedAtOnceWithoutALine) {
+  auto run = ask(QByteArray(R"({"tool_name":")") + GetParam() + R"(","tool_input":{}})");
+  expectAnswer(run, "allow", "只读，自动放行");
+  EXPECT_TRUE(m_inbox.isEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Tools, ReadOnlyToolTest,
+                         testing::Values("Read", "Grep", "Glob", "LS", "NotebookRead", "WebFetch",
+                                         "WebSearch", "TodoWrite"));
+
+class NoRequestTest : public PermissionScriptTest,
+                      public testing::WithParamInterface<const char *> {};
+
+TEST_P(NoRequestTest, InputThatIsNoRequestEndsSilently) {
+  auto run = ask(GetParam());
+  expectSilence(run);
+  EXPECT_TRUE(m_inbox.isEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Inputs, NoRequestTest,
+                         testing::Values("", "nonsense", "[1]", "\"text\"", "null"));
+
+struct Summary {
+  QByteArray input;
+  std::string expected;
+};
+
+class SummaryTest : public PermissionScriptTest, public testing::WithParamInterface<Summary> {};
+
+TEST_P(SummaryTest, TellsWhatTheToolIsAboutToDo) {
+  auto run = ask(QByteArray(R"({"tool_name":"Bash","tool_input":)") + GetParam().input + '}');
+  const auto request = m_inbox.nextRequest();
+  EXPECT_EQ(request["summary"], GetParam().expected);
+  decide(idOf(request), true);
+  expectAnswer(run, "allow", "你批准了");
+}
+
+std::string repeated(const std::string &text, int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) {
+    all += text;
+  }
+  return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Inputs, SummaryTest,
+    testing::Values(
+        Summary{QByteArray::fromStdString(R"({"command":")" + repeated("长", 250) + R"("})"),
+                repeated("长", 200)},
+        Summary{QByteArray::fromStdString(R"({"other":")" + repeated("x", 300) + R"("})"),
+                R"({"other": ")" + repeated("x", 129)},
+        Summary{R"({"command":"","file_path":"/f"})", "/f"}, Summary{"{}", "{}"},
+        Summary{"null", "{}"}, Summary{R"({"command":["a","b"]})", "['a', 'b']"},
+        Summary{R"({"command":"a\nb \"$(x)\" '; \ud83d"})", "a\nb \"$(x)\" '; ?"},
+        Summary{"[1, 2]", "[1, 2]"}));
+
+TEST_F(PermissionScriptTest, WithoutAToolNameTheToolIsEmpty) {
+  auto run = ask("{}");
+  const auto request = m_inbox.nextRequest();
+  EXPECT_EQ(request["tool"], "");
+  decide(idOf(request), false);
+  expectAnswer(run, "deny", "你拒绝了");
+}
+
+TEST_F(PermissionScriptTest, OfTwoRequestsAClickAnswersOnlyItsOwn) {
+  auto first = ask(R"({"tool_name":"Bash","tool_input":{"command":"first"}})");
+  const QString firstId = idOf(m_inbox.nextRequest());
+  auto second = ask(R"({"tool_name":"Bash","tool_input":{"command":"second"}})");
+  const QString secondId = idOf(m_inbox.nextRequest());
+  EXPECT_NE(firstId, secondId);
+  decide(secondId, true);
+  expectAnswer(second, "allow", "你批准了");
+  EXPECT_TRUE(first.isRunning());
+  m_home.put(decisionFile(firstId), "{}");
+  expectSilence(first);
+}
+
+TEST_F(PermissionScriptTest, GivesUpAfterAHundredAndEightyRoundsOfHalfASecond) {
+  EXPECT_TRUE(HookScript::permissionScript().contains("\nPAUSE = 0.5\n"));
+  // Each pause becomes a dot, so that the ninety seconds pass at once.
+  auto run = ask(changedScript("time.sleep(PAUSE)", "os.write(2, b\".\")"),
+                 R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  ASSERT_TRUE(run.finish());
+  EXPECT_EQ(run.exitCode(), 0);
+  EXPECT_EQ(run.out(), "");
+  EXPECT_EQ(run.err(), QByteArray(180, '.'));
+}
+
+TEST_F(PermissionScriptTest, AClickAfterTheTimeOutStaysUnused) {
+  auto run = ask(changedScript("PAUSE = 0.5", "PAUSE = 0"),
+                 R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  const QString id = idOf(m_inbox.nextRequest());
+  expectSilence(run);
+  decide(id, true);
+  EXPECT_EQ(m_home.get(decisionFile(id)), R"({"decision":"allow"})");
+}
+
+TEST_F(PermissionScriptTest, TheDecisionsFolderIsTheUsersAlone) {
+  auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  decide(idOf(m_inbox.nextRequest()), true);
+  expectAnswer(run, "allow", "你批准了");
+  EXPECT_EQ(m_home.mode(QStringLiteral(".morvo/decisions")), 0700U);
+}
+
+} // namespace
+} // namespace morvo
