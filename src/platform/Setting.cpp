@@ -2,8 +2,6 @@
 
 #include "platform/SettingKeys.h"
 
-#include <QLocale>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -26,10 +24,12 @@ bool isNumber(const QVariant &value) {
   }
 }
 
-std::optional<double> finiteNumber(const QString &text) {
+/// The number that all of the text is, without white space around it or separators in it.
+std::optional<double> finiteNumber(QStringView text) {
   bool valid = false;
-  const double number = QLocale::c().toDouble(text.trimmed(), &valid);
-  return valid && std::isfinite(number) ? std::optional(number) : std::nullopt;
+  const double number = text.toDouble(&valid);
+  return valid && std::isfinite(number) && text == text.trimmed() ? std::optional(number)
+                                                                  : std::nullopt;
 }
 
 /// The text without leading white space, one sign and leading zeros.
@@ -86,7 +86,7 @@ double Setting::dbl(const QString &key, double fallback) const {
     return std::isfinite(number) ? number : fallback;
   }
   if (object->typeId() == QMetaType::QString) {
-    return finiteNumber(object->toString()).value_or(fallback);
+    return finiteNumber(object->toString().trimmed()).value_or(fallback);
   }
   return fallback;
 }

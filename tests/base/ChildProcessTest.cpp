@@ -113,8 +113,7 @@ TEST_F(ChildProcessTest, AProgramThatReadsNoInputIsNoFailure) {
 }
 
 TEST_F(ChildProcessTest, HasOnlyTheVariablesItIsGiven) {
-  auto command =
-      ChildProcess::Command{.program = QStringLiteral("/usr/bin/env")};
+  auto command = ChildProcess::Command{.program = QStringLiteral("/usr/bin/env")};
   command.environment = Environment{{{QStringLiteral("ONLY"), QStringLiteral("值")}}};
   const auto result = run(command);
   ASSERT_TRUE(result);
@@ -203,8 +202,9 @@ TEST_F(ChildProcessTest, AProgramThatIgnoresBeingAskedIsKilled) {
 }
 
 TEST_F(ChildProcessTest, TheDeadlineReachesGrandchildrenThatIgnoreBeingAsked) {
-  start(shell(QStringLiteral("(trap '' TERM; sh -c 'echo $$ > %1; while :; do sleep 0.01; done') & wait")
-                  .arg(path(QStringLiteral("pid")))));
+  start(shell(
+      QStringLiteral("(trap '' TERM; sh -c 'echo $$ > %1; while :; do sleep 0.01; done') & wait")
+          .arg(path(QStringLiteral("pid")))));
   const pid_t grandchild = writtenPid(QStringLiteral("pid"));
   ASSERT_GT(grandchild, 0);
   m_scheduler.advance(30s);
