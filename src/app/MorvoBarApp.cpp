@@ -1,1 +1,271 @@
 #include "app/MorvoBarApp.h"
+
+#include "app/AppDelegate.h"
+#include "app/EntryModes.h"
+#include "app/PanelWindow.h"
+#include "base/Diagnostics.h"
+#include "base/QtScheduler.h"
+#include "base/SystemFileLayer.h"
+#include "monitor/AgentConnectors.h"
+#include "monitor/ConnectCommand.h"
+#include "monitor/Inbox.h"
+#include "pet/DesktopPetController.h"
+#include "pet/MenubarFrames.h"
+#include "platform/MorvoHome.h"
+#include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/HomeFolders.h"
+#include "platform/linux/LibsecretVault.h"
+#include "platform/linux/LinuxTrayPresence.h"
+#include "platform/linux/LocalSingleInstance.h"
+#include "platform/linux/SecretServiceStore.h"
+#include "platform/linux/X11Platform.h"
+#include "platform/linux/X11WindowSystem.h"
+#include "platform/qt/AppearancePalettes.h"
+#include "platform/qt/QtTrayIcon.h"
+#include "platform/qt/SettingsFile.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDir>
+#include <QFileInfo>
+#include <QFont>
+#include <QTextStream>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace morvo::MorvoBarApp {
+namespace {
+
+const QString quitWord = QStringLiteral("quit");
+
+const QString usage = QStringLiteral(
+    "用法：morvobar [命令]\n"
+    "\n"
+    "  （无命令）           启动；已在运行时打开面板\n"
+    "  connect <agent>      连接 claude、codex、gemini 或 cursor\n"
+    "  disconnect <agent>   断开\n"
+    "  status               各 agent 的连接状态，以及什么会挡住事件\n"
+    "  quit                 退出正在运行的 MorvoBar\n"
+    "\n"
+    "connect、disconnect、status 可加 --json。\n");
+
+/// In points; the tray scales it for the screen.
+constexpr int trayIconSize = 18;
+
+constexpr int success = 0;
+constexpr int failure = 1;
+constexpr int wrongUsage = 2;
+
+/// What the process was started in.
+struct Surroundings {
+  Environment environment = Environment::ofProcess();
+  HomeFolder home = HomeFolders::find(environment);
+  SystemFileLayer files;
+
+  [[nodiscard]] HookContext hooks() {
+    return {.home = home, .environment = environment, .files = &files};
+  }
+
+  /// The settings stand in the user's configuration folder; a home named by `MORVO_HOME` brings
+  /// its own.
+  [[nodiscard]] QString settingsPath() const {
+    const auto configuration = environment.nonEmpty(QStringLiteral("XDG_CONFIG_HOME"));
+    const bool isPortable = environment.nonEmpty(QStringLiteral("MORVO_HOME")).has_value();
+    const QString folder = configuration && !isPortable && QDir::isAbsolutePath(*configuration)
+                               ? *configuration
+                               : home.file(QStringLiteral(".config"));
+    return folder + QStringLiteral("/morvobar/settings.ini");
+  }
+
+  /// Beside the program: `../share/morvobar` of the folder it was started from.
+  [[nodiscard]] static QString resources() {
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() +
+                           QStringLiteral("/../share/morvobar"));
+  }
+};
+
+/// The running program: every part, in the order in which each stands on those above it.
+class Program {
+public:
+  explicit Program(Surroundings &surroundings)
+      : m_surroundings(&surroundings), m_settingsFile(surroundings.settingsPath()),
+        m_setting(m_settingsFile, surroundings.environment),
+        m_files{.home = surroundings.home, .resources = Surroundings::resources()},
+        m_secrets(std::make_shared<LibsecretVault>(), surroundings.files,
+                  MorvoHome::directory(surroundings.home) + QStringLiteral("/secrets.json"),
+                  m_scheduler, {}),
+        m_notifications(QDBusConnection::sessionBus()), m_notifier(m_setting, m_notifications),
+        m_trayPresence(QDBusConnection::sessionBus()), m_tray(m_trayPresence),
+        m_menubarFrames(m_files), m_pet({.files = m_files,
+                                         .setting = m_setting,
+                                         .windows = m_windows,
+                                         .clock = m_clock,
+                                         .scheduler = m_scheduler,
+                                         .random = m_random}),
+        m_delegate(delegateParts()) {
+    m_notifications.onActivated([this] { m_delegate.showPopover(); });
+    m_delegate.applicationDidFinishLaunching();
+  }
+  Program(const Program &) = delete;
+  Program &operator=(const Program &) = delete;
+  ~Program() { m_pet.setInteractions(nullptr); }
+
+  void open(const QStringList &words) { m_delegate.open(words); }
+
+private:
+  [[nodiscard]] AppDelegate::Parts delegateParts() {
+    return {.setting = m_setting,
+            .scheduler = m_scheduler,
+            .statusItem = m_tray,
+            .pet = m_pet,
+            .makeStore = [this] { return makeStore(); },
+            .makePopover =
+                [](PetStore &store) {
+                  return std::make_unique<PanelWindow>(
+                      store, QUrl(QStringLiteral("qrc:/qt/qml/Morvo/Panels/MainPanel.qml")));
+                },
+            .personaInPlay = [this] { return m_pet.personaInPlay(); },
+            .idleFrames = [this](const QString &id) { return idleFrames(id); },
+            .applyAppearance =
+                [this] {
+                  AppearancePalettes::apply(AppearanceController::wanted(m_setting));
+                  m_pet.refreshLook();
+                },
+            .checkForUpdate = nullptr,
+            .handleOpenUrl = nullptr};
+  }
+
+  [[nodiscard]] std::unique_ptr<PetStore> makeStore() {
+    const Environment &environment = m_surroundings->environment;
+    auto store = std::make_unique<PetStore>(PetStore::Parts{
+        .clock = m_clock,
+        .scheduler = m_scheduler,
+        .random = m_random,
+        .setting = m_setting,
+        .files = m_files,
+        .hooks = m_surroundings->hooks(),
+        .secrets = m_secrets,
+        .notifier = m_notifier,
+        .body = m_pet,
+        .connectors = AgentConnectors::all(m_surroundings->hooks()),
+        .inbox = std::make_unique<Inbox>(m_surroundings->home, environment, m_clock)});
+    m_pet.setInteractions(store.get());
+    return store;
+  }
+
+  [[nodiscard]] std::vector<QIcon> idleFrames(const QString &personaId) {
+    std::vector<QIcon> icons;
+    std::ranges::transform(
+        m_menubarFrames.idle(personaId, trayIconSize, qApp->devicePixelRatio()),
+        std::back_inserter(icons),
+        [](const QImage &image) { return QIcon(QPixmap::fromImage(image)); });
+    return icons;
+  }
+
+  Surroundings *m_surroundings;
+  SystemClock m_clock;
+  QtScheduler m_scheduler;
+  SeededRandomSource m_random;
+  SettingsFile m_settingsFile;
+  Setting m_setting;
+  PetFiles m_files;
+  SecretServiceStore m_secrets;
+  DesktopNotifications m_notifications;
+  Notifier m_notifier;
+  LinuxTrayPresence m_trayPresence;
+  QtTrayIcon m_tray;
+  X11WindowSystem m_windows;
+  MenubarFrames m_menubarFrames;
+  DesktopPetController m_pet;
+  AppDelegate m_delegate;
+};
+
+int runConnectCommand(Surroundings &surroundings, const QStringList &words) {
+  QTextStream out(stdout);
+  QTextStream err(stderr);
+  return ConnectCommand::run(words, AgentConnectors::all(surroundings.hooks()), out, err);
+}
+
+/// The commands that need no desktop; nothing when the words ask for none of them.
+std::optional<int> runWithoutDesktop(Surroundings &surroundings, const QStringList &words) {
+  if (ConnectCommand::isMeant(words)) {
+    return runConnectCommand(surroundings, words);
+  }
+  if (words.contains(QStringLiteral("--help")) || words.contains(QStringLiteral("-h"))) {
+    QTextStream(stdout) << usage;
+    return success;
+  }
+  if (words.contains(QStringLiteral("--version"))) {
+    QTextStream(stdout) << "MorvoBar " << QCoreApplication::applicationVersion() << '\n';
+    return success;
+  }
+  const bool known = std::ranges::all_of(words, [](const QString &word) {
+    return word == quitWord || word.startsWith(QStringLiteral("morvopet://"));
+  });
+  if (!known) {
+    QTextStream(stderr) << usage;
+    return wrongUsage;
+  }
+  if (EntryModes::take(surroundings.hooks())) {
+    return success;
+  }
+  return std::nullopt;
+}
+
+bool hasDesktop(const Environment &environment) {
+  return environment.nonEmpty(QStringLiteral("DISPLAY")) ||
+         environment.nonEmpty(QStringLiteral("WAYLAND_DISPLAY")) ||
+         environment.nonEmpty(QStringLiteral("QT_QPA_PLATFORM"));
+}
+
+int runDesktop(Surroundings &surroundings, const QStringList &words) {
+  LocalSingleInstance instance(surroundings.home, surroundings.environment);
+  const auto role = instance.settle(words);
+  if (role == SingleInstance::Role::handedOver) {
+    return success;
+  }
+  if (words.contains(quitWord)) {
+    QTextStream(stderr) << QStringLiteral("没有正在运行的 MorvoBar。\n");
+    return failure;
+  }
+  QFont font = QGuiApplication::font();
+  font.setFamilies({QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Noto Color Emoji")});
+  QGuiApplication::setFont(font);
+
+  Program program(surroundings);
+  instance.onWords([&program](const QStringList &later) { program.open(later); });
+  if (!words.isEmpty()) {
+    program.open(words);
+  }
+  return QCoreApplication::exec();
+}
+
+} // namespace
+
+int run(int argc, char **argv) {
+  QCoreApplication::setApplicationName(QStringLiteral("morvobar"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(MORVO_VERSION));
+  QGuiApplication::setDesktopFileName(QStringLiteral("morvobar"));
+  Surroundings surroundings;
+  {
+    // Commands and one-shot modes serve scripts and machines without a desktop.
+    const QCoreApplication application(argc, argv);
+    const auto words = QCoreApplication::arguments().sliced(1);
+    if (const auto code = runWithoutDesktop(surroundings, words)) {
+      return *code;
+    }
+  }
+  if (!hasDesktop(surroundings.environment)) {
+    QTextStream(stderr) << QStringLiteral(
+        "这里没有图形桌面（DISPLAY 与 WAYLAND_DISPLAY 都未设置），MorvoBar 无法启动。\n");
+    return failure;
+  }
+  X11Platform::chooseQtPlatform(surroundings.environment);
+  QApplication application(argc, argv);
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+  return runDesktop(surroundings, QCoreApplication::arguments().sliced(1));
+}
+
+} // namespace morvo::MorvoBarApp

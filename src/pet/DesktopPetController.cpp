@@ -71,7 +71,11 @@ bool DesktopPetController::react(const QString &kind) {
   const bool onDesktop = m_scene.react(kind);
   const bool inPopover = m_popoverScene.react(kind);
   if (m_window) {
+    const auto before = m_window->drawings();
     m_window->wake();
+    if (m_window->drawings() != before) {
+      tell(QStringLiteral("drew ") + kind);
+    }
   }
   return onDesktop || inPopover;
 }
@@ -113,6 +117,9 @@ void DesktopPetController::setVisible(bool visible) {
 }
 
 void DesktopPetController::setBubble(const QString &text) {
+  if (text.isEmpty() && !m_bubble.isEmpty()) {
+    tell(QStringLiteral("bubble cleared"));
+  }
   m_bubble = text;
   refreshLook();
 }
@@ -157,10 +164,12 @@ void DesktopPetController::show() {
   refreshLook();
   const QRect place = defaultPlace(PanelGeometry::panelSize(m_scale));
   m_window->showAt(place, PanelGeometry::spriteSide(m_scale));
+  tell(QStringLiteral("shown at %1 win=%2").arg(described(place)).arg(m_window->winId()));
+}
+
+void DesktopPetController::tell(const QString &text) const {
   if (m_setting.environment().isOne(QStringLiteral("MORVO_DEBUG"))) {
-    Diagnostics::line(
-        u"DESKPET",
-        QStringLiteral("shown at %1 win=%2").arg(described(place)).arg(m_window->winId()));
+    Diagnostics::line(u"DESKPET", text);
   }
 }
 

@@ -53,6 +53,8 @@ public:
   /// Appearance, theme or text size have changed.
   void refreshLook();
 
+  /// The id of the pet that all stages show.
+  [[nodiscard]] const QString &personaInPlay() const { return m_sprites.persona(); }
   [[nodiscard]] bool isVisible() const { return m_window != nullptr; }
   [[nodiscard]] bool isQuiet() const { return m_quietMode; }
   /// Null while the pet is hidden.
@@ -76,6 +78,8 @@ private:
   void watchScreen(QScreen *screen);
   [[nodiscard]] static QRect defaultPlace(QSize size);
   [[nodiscard]] BubbleLook bubbleLook() const;
+  /// A line on standard error, while `MORVO_DEBUG` is "1".
+  void tell(const QString &text) const;
 
   Setting m_setting;
   WindowSystem *m_windows;
