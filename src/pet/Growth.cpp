@@ -8,7 +8,7 @@ namespace morvo::Growth {
 namespace {
 
 struct Stage {
-  int threshold;
+  int threshold = 0;
   QStringView title;
 };
 

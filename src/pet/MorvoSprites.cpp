@@ -157,7 +157,7 @@ std::optional<QString> MorvoSprites::singleURL(const QString &state) const {
   }
   const QString name = u'/' + state + pngSuffix;
   // A single picture of the user's serves every persona, so it stands beside their folders.
-  const QString shared = QFileInfo(diskDir({})).path() + name;
+  QString shared = QFileInfo(diskDir({})).path() + name;
   const QString builtIn = m_files.resourceDirectory(m_persona) + name;
   if (QFileInfo(shared).isFile()) {
     return shared;

@@ -11,7 +11,7 @@ namespace morvo {
 namespace {
 
 struct Milestone {
-  std::int64_t total;
+  std::int64_t total = 0;
   QStringView text;
 };
 

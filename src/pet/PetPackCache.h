@@ -29,7 +29,7 @@ private:
 
   struct Entry {
     QString path;
-    Stamp stamp;
+    Stamp stamp{};
     std::optional<PetPack> pack;
   };
 

@@ -94,10 +94,10 @@ const QString PetScene::Keys::lifeSway = QStringLiteral("life.sway");
 const QString PetScene::Keys::lifeUpright = QStringLiteral("life.upright");
 const QString PetScene::Keys::moodSquash = QStringLiteral("mood.squash");
 
-PetScene::PetScene(QSizeF size, const PetFiles &files, MorvoSprites &sprites, Clock &clock,
+PetScene::PetScene(QSizeF size, PetFiles files, MorvoSprites &sprites, Clock &clock,
                    RandomSource &random)
-    : m_size(size), m_files(files), m_sprites(&sprites), m_clock(&clock), m_random(&random),
-      m_stage(clock.instant()), m_mood(calm) {}
+    : m_size(size), m_files(std::move(files)), m_sprites(&sprites), m_clock(&clock),
+      m_random(&random), m_stage(clock.instant()), m_mood(calm) {}
 
 PetScene::~PetScene() = default;
 
@@ -155,9 +155,10 @@ SpriteFrame PetScene::firstPicture() {
 void PetScene::applyNodeSize() {
   const double widest = m_size.width() * widestPet;
   const double tallest = m_size.height() * tallestPet;
-  if (m_pet && m_pet->texture()) {
-    const double width = std::max(m_pet->texture()->size.width(), 1.0);
-    const double height = std::max(m_pet->texture()->size.height(), 1.0);
+  const auto texture = m_pet ? m_pet->texture() : std::nullopt;
+  if (texture) {
+    const double width = std::max(texture->size.width(), 1.0);
+    const double height = std::max(texture->size.height(), 1.0);
     const double scale = std::min(widest / width, tallest / height);
     m_pet->setSize({std::round(width * scale), std::round(height * scale)});
   } else if (m_pet) {

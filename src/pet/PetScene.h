@@ -20,8 +20,7 @@ namespace morvo {
 class PetScene {
 public:
   /// `sprites`, `clock` and `random` must outlive the scene; `sprites` is shared by all scenes.
-  PetScene(QSizeF size, const PetFiles &files, MorvoSprites &sprites, Clock &clock,
-           RandomSource &random);
+  PetScene(QSizeF size, PetFiles files, MorvoSprites &sprites, Clock &clock, RandomSource &random);
   PetScene(const PetScene &) = delete;
   PetScene &operator=(const PetScene &) = delete;
   ~PetScene();

@@ -24,7 +24,8 @@ double between(double start, double end, double progress) {
 ActionRun::ActionRun(Action action) : m_action(std::move(action)) {}
 
 bool ActionRun::isComposite() const {
-  return as<Content::Sequence>() || as<Content::Group>() || as<Content::Repeat>();
+  return as<Content::Sequence>() != nullptr || as<Content::Group>() != nullptr ||
+         as<Content::Repeat>() != nullptr;
 }
 
 void ActionRun::begin(Node &node, Blocks &due) {

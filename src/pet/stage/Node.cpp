@@ -34,10 +34,9 @@ void Node::removeFromParent() {
   }
   Node *const parent = std::exchange(m_parent, nullptr);
   const auto own = std::ranges::find(parent->m_children, this, &std::shared_ptr<Node>::get);
-  // The parent's share may be the last one, so it is let go of at the very end.
-  const std::shared_ptr<Node> keepAlive = *own;
-  parent->m_children.erase(own);
   parent->touch();
+  // The parent's share may be the last one, so nothing may follow that touches this node.
+  parent->m_children.erase(own);
 }
 
 void Node::run(const Action &action, const QString &key) {
