@@ -61,7 +61,7 @@ std::expected<void, HookError> ActConnector::setConnected(bool on) {
   return write(on ? added(std::move(document->object)) : removed(std::move(document->object)));
 }
 
-void ActConnector::decide(const QString &id, bool allow) {
+void ActConnector::decide(const QString &id, bool allow) const {
   if (!isPlainId(id)) {
     return;
   }

@@ -29,7 +29,7 @@ public:
   /// Writes `~/.morvo/decisions/<id>.json` for the script that waits for it. A failure is ignored:
   /// the script then times out and the agent asks for itself. The id comes from the inbox, where
   /// anyone may write: one that is no plain file name of at most 64 bytes writes nothing.
-  void decide(const QString &id, bool allow);
+  void decide(const QString &id, bool allow) const;
 
 private:
   HookContext m_context;

@@ -27,7 +27,7 @@ QString sentence(HookError::Kind kind) {
 } // namespace
 
 QString HookError::message() const {
-  const QString text = sentence(kind).arg(path);
+  QString text = sentence(kind).arg(path);
   if (!cause) {
     return text;
   }

@@ -22,7 +22,7 @@ constexpr AtomicFile::Options scriptOptions{.mode = 0755, .forceMode = true, .di
 // end at the same moment do not mix, whatever their length. Text that is no valid Unicode gets
 // replacement characters, and a number beyond a double becomes null, since a line that is not JSON
 // would be an event lost.
-constexpr char eventScriptText[] = R"script(#!/bin/sh
+constexpr const char *eventScriptText = R"script(#!/bin/sh
 # Morvo: 把 coding agent hook 的 stdin JSON 压成一行追加到 inbox，供 Morvo 消费。
 exec /usr/bin/python3 -I -S -c '
 import json, os, sys
@@ -51,7 +51,7 @@ except (KeyError, OSError) as failure:
 ' "$@"
 )script";
 
-constexpr char permissionScriptText[] = R"script(#!/bin/sh
+constexpr const char *permissionScriptText = R"script(#!/bin/sh
 # Morvo: 把工具权限请求交给 Morvo 审批，等待决定文件；没人回答就静默退出，由 agent 自己询问。
 # 答复的理由：只读，自动放行 / 你批准了 / 你拒绝了
 exec /usr/bin/python3 -I -S -c '
@@ -149,7 +149,7 @@ bool isPlainForShells(const QString &path) {
 
 std::expected<QString, HookError> install(const HookContext &context) {
   MorvoHome::ensure(context.home);
-  const QString hook = MorvoHome::hookScript(context.home);
+  QString hook = MorvoHome::hookScript(context.home);
   if (auto written = writeScript(*context.files, hook, eventScript()); !written) {
     return std::unexpected(written.error());
   }
@@ -194,8 +194,8 @@ QStringList scriptObstacles(const HookContext &context) {
   return found;
 }
 
-QByteArray eventScript() { return QByteArray(eventScriptText); }
+QByteArray eventScript() { return {eventScriptText}; }
 
-QByteArray permissionScript() { return QByteArray(permissionScriptText); }
+QByteArray permissionScript() { return {permissionScriptText}; }
 
 } // namespace morvo::HookScript

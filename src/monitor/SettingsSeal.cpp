@@ -113,8 +113,11 @@ bool isNumber(QByteArrayView token) {
   if (!skipDigits(token, at) || (token[whole] == '0' && at > whole + 1)) {
     return false;
   }
-  if (at < token.size() && token[at] == '.' && !skipDigits(token, ++at)) {
-    return false;
+  if (at < token.size() && token[at] == '.') {
+    ++at;
+    if (!skipDigits(token, at)) {
+      return false;
+    }
   }
   if (at < token.size() && (token[at] == 'e' || token[at] == 'E')) {
     ++at;
