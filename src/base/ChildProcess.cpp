@@ -56,7 +56,7 @@ void signalGroup(qint64 leader, int signal) {
 
 class ChildProcess::Run {
 public:
-  Run(Scheduler &scheduler, Command command, Callback callback)
+  Run(Scheduler &scheduler, const Command &command, Callback callback)
       : m_scheduler(&scheduler), m_callback(std::move(callback)), m_process(new QProcess),
         m_output(command.outputLimit), m_error(command.outputLimit) {
     prepare(command);
@@ -162,8 +162,8 @@ private:
   bool m_timedOut = false;
 };
 
-ChildProcess::ChildProcess(Scheduler &scheduler, Command command, Callback callback)
-    : m_run(std::make_unique<Run>(scheduler, std::move(command), std::move(callback))) {}
+ChildProcess::ChildProcess(Scheduler &scheduler, const Command &command, Callback callback)
+    : m_run(std::make_unique<Run>(scheduler, command, std::move(callback))) {}
 
 ChildProcess::~ChildProcess() = default;
 

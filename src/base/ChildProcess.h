@@ -23,13 +23,13 @@ public:
   struct Command {
     /// A path, or a name looked up in this process's PATH.
     QString program;
-    QStringList arguments = {};
+    QStringList arguments;
     /// Standard input, closed behind its last byte. A program that does not read it is no failure.
-    QByteArray input = {};
+    QByteArray input;
     /// All variables of the program; those of this process when nothing is given.
-    std::optional<Environment> environment = {};
+    std::optional<Environment> environment;
     /// This process's own when empty.
-    QString workingDirectory = {};
+    QString workingDirectory;
     /// From the start; behind it the program is asked to end, then killed.
     Duration deadline = std::chrono::seconds(30);
     /// Bytes kept of each output; what comes behind them is read and thrown away, so that a
@@ -64,7 +64,7 @@ public:
   /// called once, never from within this call. The result comes when the program itself ends:
   /// what it left running in the background is not waited for and lives on, except after the
   /// deadline, when all of it is killed.
-  ChildProcess(Scheduler &scheduler, Command command, Callback callback);
+  ChildProcess(Scheduler &scheduler, const Command &command, Callback callback);
   ChildProcess(const ChildProcess &) = delete;
   ChildProcess &operator=(const ChildProcess &) = delete;
   ~ChildProcess();

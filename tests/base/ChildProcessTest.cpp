@@ -20,7 +20,16 @@ using namespace std::chrono_literals;
 using Failure = ChildProcess::Failure;
 
 ChildProcess::Command shell(const QString &script) {
-  return {.program = QStringLiteral("/bin/sh"), .arguments = {QStringLiteral("-c"), script}};
+  ChildProcess::Command command;
+  command.program = QStringLiteral("/bin/sh");
+  command.arguments = {QStringLiteral("-c"), script};
+  return command;
+}
+
+ChildProcess::Command program(const QString &name) {
+  ChildProcess::Command command;
+  command.program = name;
+  return command;
 }
 
 class ChildProcessTest : public testing::Test {
@@ -97,7 +106,7 @@ TEST_F(ChildProcessTest, GivesBothOutputsAndTheExitCode) {
 }
 
 TEST_F(ChildProcessTest, HandsOverStandardInputWhole) {
-  auto command = ChildProcess::Command{.program = QStringLiteral("cat")};
+  auto command = program(QStringLiteral("cat"));
   command.input = QByteArray(3 << 20, 'x') + "end";
   const auto result = run(command);
   ASSERT_TRUE(result);
@@ -113,7 +122,7 @@ TEST_F(ChildProcessTest, AProgramThatReadsNoInputIsNoFailure) {
 }
 
 TEST_F(ChildProcessTest, HasOnlyTheVariablesItIsGiven) {
-  auto command = ChildProcess::Command{.program = QStringLiteral("/usr/bin/env")};
+  auto command = program(QStringLiteral("/usr/bin/env"));
   command.environment = Environment{{{QStringLiteral("ONLY"), QStringLiteral("值")}}};
   const auto result = run(command);
   ASSERT_TRUE(result);
@@ -121,7 +130,7 @@ TEST_F(ChildProcessTest, HasOnlyTheVariablesItIsGiven) {
 }
 
 TEST_F(ChildProcessTest, RunsInTheFolderItIsGiven) {
-  auto command = ChildProcess::Command{.program = QStringLiteral("/bin/pwd")};
+  auto command = program(QStringLiteral("/bin/pwd"));
   command.workingDirectory = m_folder.path();
   const auto result = run(command);
   ASSERT_TRUE(result);
@@ -149,13 +158,13 @@ TEST_F(ChildProcessTest, OutputOfExactlyTheLimitIsWhole) {
 }
 
 TEST_F(ChildProcessTest, AMissingProgramIsTold) {
-  const auto result = run({.program = QStringLiteral("/nonexistent/program")});
+  const auto result = run(program(QStringLiteral("/nonexistent/program")));
   ASSERT_FALSE(result);
   EXPECT_EQ(result.error(), Failure::notStarted);
 }
 
 TEST_F(ChildProcessTest, TheCallbackNeverComesFromWithinTheStart) {
-  start({.program = QStringLiteral("/nonexistent/program")});
+  start(program(QStringLiteral("/nonexistent/program")));
   EXPECT_EQ(m_calls, 0);
   EXPECT_FALSE(finish());
   EXPECT_EQ(m_calls, 1);

@@ -88,11 +88,11 @@ void DesktopNotifications::actionInvoked(uint id, const QString &action) {
 
 void DesktopNotifications::notificationClosed(uint id, uint /*reason*/) { m_shown.remove(id); }
 
-void DesktopNotifications::call(const QDBusMessage &message, Answer answer) {
+void DesktopNotifications::call(const QDBusMessage &message, const Answer &answer) {
   auto *watcher = new QDBusPendingCallWatcher(
       m_bus.asyncCall(message, static_cast<int>(m_deadline.count())), this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this,
-          [answer = std::move(answer)](QDBusPendingCallWatcher *finished) {
+          [answer](QDBusPendingCallWatcher *finished) {
             const QDBusMessage reply = finished->reply();
             finished->deleteLater();
             answer(reply);
@@ -114,14 +114,13 @@ void DesktopNotifications::askBus() {
   });
 }
 
-void DesktopNotifications::askCapabilities(std::function<void()> then) {
-  call(serviceCall(QStringLiteral("GetCapabilities")),
-       [this, then = std::move(then)](const QDBusMessage &reply) {
-         if (reply.type() == QDBusMessage::ReplyMessage) {
-           m_capabilities = reply.arguments().value(0).toStringList();
-         }
-         then();
-       });
+void DesktopNotifications::askCapabilities(const std::function<void()> &then) {
+  call(serviceCall(QStringLiteral("GetCapabilities")), [this, then](const QDBusMessage &reply) {
+    if (reply.type() == QDBusMessage::ReplyMessage) {
+      m_capabilities = reply.arguments().value(0).toStringList();
+    }
+    then();
+  });
 }
 
 void DesktopNotifications::ownerChanged(const QString &newOwner) {

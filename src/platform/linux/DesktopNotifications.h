@@ -32,16 +32,15 @@ public:
   void show(const QString &title, const QString &body, std::function<void()> failed) override;
   void onActivated(std::function<void()> handler) override;
 
-private Q_SLOTS:
-  void actionInvoked(uint id, const QString &action);
-  void notificationClosed(uint id, uint reason);
-
 private:
   using Answer = std::function<void(const QDBusMessage &)>;
 
-  void call(const QDBusMessage &message, Answer answer);
+  Q_SLOT void actionInvoked(uint id, const QString &action);
+  Q_SLOT void notificationClosed(uint id, uint reason);
+
+  void call(const QDBusMessage &message, const Answer &answer);
   void askBus();
-  void askCapabilities(std::function<void()> then);
+  void askCapabilities(const std::function<void()> &then);
   void ownerChanged(const QString &newOwner);
   void send(const QString &title, const QString &body, const std::function<void()> &failed);
   [[nodiscard]] bool can(const QString &capability) const;

@@ -120,7 +120,7 @@ private:
       return true;
     }
     m_bus.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    if (!m_bus) {
+    if (!m_bus || g_dbus_connection_is_closed(m_bus.get()) != FALSE) {
       return false;
     }
     // GLib would end the process with the bus.

@@ -30,11 +30,9 @@ public:
 
   void whenPresent(std::function<void()> handler) override;
 
-private Q_SLOTS:
-  /// The watcher has a host now.
-  void hostRegistered();
-
 private:
+  /// The watcher has a host now.
+  Q_SLOT void hostRegistered();
   bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
   void askWatcher();
   void watchScreen();

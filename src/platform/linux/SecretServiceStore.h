@@ -46,6 +46,9 @@ public:
   void remove(const QString &service, const QString &account) override;
   void onLoaded(std::function<void()> handler) override;
 
+  /// Whether the service or the file has been given all that was saved.
+  [[nodiscard]] bool isSettled() const { return m_unconfirmed.empty(); }
+
 private:
   using Value = std::optional<QString>;
   using VaultAnswer = std::expected<SecretVault::Secrets, SecretVault::Failure>;

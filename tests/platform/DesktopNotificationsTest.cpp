@@ -1,0 +1,230 @@
+#include "platform/linux/DesktopNotifications.h"
+
+#include "support/PrivateBus.h"
+#include "support/RunUntil.h"
+
+#include <QDBusContext>
+#include <QDBusMessage>
+
+#include <gtest/gtest.h>
+#include <optional>
+
+namespace morvo {
+
+/// A notification service that keeps what it is told.
+class NotificationServer : public QObject, protected QDBusContext {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+  struct Shown {
+    QString application;
+    uint replaced = 0;
+    QString title;
+    QString body;
+    QStringList actions;
+    QVariantMap hints;
+  };
+
+  explicit NotificationServer(QDBusConnection bus) : m_bus(std::move(bus)) {
+    m_bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), this,
+                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
+    m_bus.registerService(QStringLiteral("org.freedesktop.Notifications"));
+  }
+  ~NotificationServer() override {
+    m_bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
+    m_bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
+  }
+
+  QStringList m_capabilities{QStringLiteral("body"), QStringLiteral("actions")};
+  std::vector<Shown> m_shown;
+  bool m_refuses = false;
+  bool m_hangs = false;
+
+public Q_SLOTS:
+  QStringList GetCapabilities() {
+    setDelayedReply(m_hangs);
+    return m_capabilities;
+  }
+  uint Notify(const QString &application, uint replaced, const QString & /*icon*/,
+              const QString &title, const QString &body, const QStringList &actions,
+              const QVariantMap &hints, int /*timeout*/) {
+    setDelayedReply(m_hangs);
+    if (m_refuses) {
+      sendErrorReply(QDBusError::Failed, QStringLiteral("no"));
+      return 0;
+    }
+    m_shown.push_back({application, replaced, title, body, actions, hints});
+    return static_cast<uint>(m_shown.size()) + 40;
+  }
+
+Q_SIGNALS:
+  void ActionInvoked(uint id, const QString &action);
+  void NotificationClosed(uint id, uint reason);
+
+private:
+  QDBusConnection m_bus;
+};
+
+namespace {
+
+using namespace std::chrono_literals;
+using test::runUntil;
+
+class DesktopNotificationsTest : public testing::Test {
+protected:
+  void startServer() { m_server = std::make_unique<NotificationServer>(m_bus.connect()); }
+  void open(std::chrono::milliseconds deadline = 10s) {
+    m_notifications = std::make_unique<DesktopNotifications>(m_bus.connect(), deadline);
+    m_notifications->onActivated([this] { ++m_activations; });
+  }
+  void show(const QString &title, const QString &body) {
+    m_notifications->show(title, body, [this] { ++m_failures; });
+  }
+  [[nodiscard]] NotificationServer::Shown shown() {
+    EXPECT_TRUE(runUntil([this] { return !m_server->m_shown.empty(); }));
+    return m_server->m_shown.empty() ? NotificationServer::Shown{} : m_server->m_shown.back();
+  }
+  /// Messages on one connection keep their order: what was sent before has arrived.
+  void settle() {
+    const int failures = m_failures;
+    show(QStringLiteral("settle"), QString());
+    EXPECT_TRUE(runUntil([&] {
+      return m_failures > failures ||
+             (!m_server->m_shown.empty() && m_server->m_shown.back().title == u"settle");
+    }));
+  }
+
+  test::PrivateBus m_bus;
+  std::unique_ptr<NotificationServer> m_server;
+  std::unique_ptr<DesktopNotifications> m_notifications;
+  int m_failures = 0;
+  int m_activations = 0;
+};
+
+TEST_F(DesktopNotificationsTest, ShowsTitleAndBodyUnderTheProgramsName) {
+  startServer();
+  open();
+  EXPECT_TRUE(m_notifications->isAvailable());
+  show(QStringLiteral("标题"), QStringLiteral("正文"));
+  const auto seen = shown();
+  EXPECT_EQ(seen.application, QStringLiteral("MorvoBar"));
+  EXPECT_EQ(seen.title, QStringLiteral("标题"));
+  EXPECT_EQ(seen.body, QStringLiteral("正文"));
+  EXPECT_EQ(seen.replaced, 0U);
+  EXPECT_EQ(seen.hints.value(QStringLiteral("desktop-entry")), QStringLiteral("morvobar"));
+  EXPECT_EQ(seen.hints.value(QStringLiteral("sound-name")), QStringLiteral("message-new-instant"));
+  EXPECT_EQ(seen.actions.value(0), QStringLiteral("default"));
+}
+
+TEST_F(DesktopNotificationsTest, PlainTextStaysPlainWhereTheServiceReadsMarkup) {
+  startServer();
+  m_server->m_capabilities << QStringLiteral("body-markup");
+  open();
+  show(QStringLiteral("<b>"), QStringLiteral("a < b && <i>x</i>"));
+  const auto seen = shown();
+  EXPECT_EQ(seen.title, QStringLiteral("<b>"));
+  EXPECT_EQ(seen.body, QStringLiteral("a &lt; b &amp;&amp; &lt;i&gt;x&lt;/i&gt;"));
+}
+
+TEST_F(DesktopNotificationsTest, TextIsUntouchedWhereTheServiceReadsNone) {
+  startServer();
+  open();
+  show(QStringLiteral("t"), QStringLiteral("a < b & c"));
+  EXPECT_EQ(shown().body, QStringLiteral("a < b & c"));
+}
+
+TEST_F(DesktopNotificationsTest, OffersNoActionToAServiceWithoutActions) {
+  startServer();
+  m_server->m_capabilities.clear();
+  open();
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_EQ(shown().actions, QStringList());
+}
+
+TEST_F(DesktopNotificationsTest, AZeroInTheTextIsNoEnd) {
+  startServer();
+  open();
+  show(QStringLiteral("a") + QChar::Null + QStringLiteral("b"), QString(QChar(0xD800)));
+  EXPECT_EQ(shown().title, QStringLiteral("ab"));
+}
+
+TEST_F(DesktopNotificationsTest, AClickOnOneOfItsOwnIsTold) {
+  startServer();
+  open();
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  ASSERT_EQ(shown().title, QStringLiteral("t"));
+  settle();
+  const uint id = 41;
+  Q_EMIT m_server->ActionInvoked(id, QStringLiteral("default"));
+  EXPECT_TRUE(runUntil([this] { return m_activations == 1; }));
+}
+
+TEST_F(DesktopNotificationsTest, ClicksOnOthersOtherActionsAndClosedOnesAreNot) {
+  startServer();
+  open();
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  ASSERT_EQ(shown().title, QStringLiteral("t"));
+  Q_EMIT m_server->ActionInvoked(7, QStringLiteral("default"));
+  Q_EMIT m_server->ActionInvoked(41, QStringLiteral("snooze"));
+  Q_EMIT m_server->NotificationClosed(41, 2);
+  Q_EMIT m_server->ActionInvoked(41, QStringLiteral("default"));
+  settle();
+  EXPECT_EQ(m_activations, 0);
+}
+
+TEST_F(DesktopNotificationsTest, ARefusalIsTold) {
+  startServer();
+  m_server->m_refuses = true;
+  open();
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_EQ(m_failures, 0);
+  EXPECT_TRUE(runUntil([this] { return m_failures == 1; }));
+}
+
+TEST_F(DesktopNotificationsTest, AServiceThatHangsIsGivenUpAtTheDeadline) {
+  startServer();
+  m_server->m_hangs = true;
+  open(50ms);
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_TRUE(runUntil([this] { return m_failures == 1; }));
+}
+
+TEST_F(DesktopNotificationsTest, WithoutServiceItIsNotAvailableAndAShowFails) {
+  open();
+  EXPECT_TRUE(runUntil([this] { return !m_notifications->isAvailable(); }));
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_TRUE(runUntil([this] { return m_failures == 1; }));
+}
+
+TEST_F(DesktopNotificationsTest, AServiceThatComesLaterServes) {
+  open();
+  ASSERT_TRUE(runUntil([this] { return !m_notifications->isAvailable(); }));
+  startServer();
+  EXPECT_TRUE(runUntil([this] { return m_notifications->isAvailable(); }));
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_EQ(shown().title, QStringLiteral("t"));
+}
+
+TEST_F(DesktopNotificationsTest, AServiceThatGoesIsNoticed) {
+  startServer();
+  open();
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  ASSERT_EQ(shown().title, QStringLiteral("t"));
+  m_server.reset();
+  EXPECT_TRUE(runUntil([this] { return !m_notifications->isAvailable(); }));
+}
+
+TEST_F(DesktopNotificationsTest, WithoutABusAShowFailsLater) {
+  DesktopNotifications notifications(QDBusConnection(QStringLiteral("never connected")));
+  EXPECT_FALSE(notifications.isAvailable());
+  int failures = 0;
+  notifications.show(QStringLiteral("t"), QStringLiteral("b"), [&] { ++failures; });
+  EXPECT_EQ(failures, 0);
+  EXPECT_TRUE(runUntil([&] { return failures == 1; }));
+}
+
+} // namespace
+} // namespace morvo
+
+#include "DesktopNotificationsTest.moc"
