@@ -1,0 +1,161 @@
+#include "PetDesk.h"
+#include "base/Diagnostics.h"
+#include "platform/SettingKeys.h"
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QScreen>
+
+namespace morvo {
+namespace {
+
+using DesktopPetControllerTest = test::PetDesk;
+
+QRect workArea() { return QGuiApplication::primaryScreen()->availableGeometry(); }
+
+TEST_F(DesktopPetControllerTest, DoesNotShowItselfToNobody) {
+  m_controller->setInteractions(nullptr);
+  m_controller->show();
+  EXPECT_FALSE(m_controller->isVisible());
+}
+
+TEST_F(DesktopPetControllerTest, ShowsThePetAtItsDefaultPlaceInItsStoredSize) {
+  m_settings.set(SettingKeys::petScale, 1.0);
+  restart({});
+  const QRect place = shown().geometry();
+  EXPECT_EQ(place.size(), QSize(232, 330));
+  EXPECT_EQ(place.x() + place.width(), workArea().x() + workArea().width() - 16);
+  EXPECT_EQ(place.y() + place.height(), workArea().y() + workArea().height() - 70);
+}
+
+TEST_F(DesktopPetControllerTest, ShowingAgainLeavesTheWindowAlone) {
+  DesktopPetWindow &window = shown();
+  window.setPosition(40, 50);
+  m_controller->setVisible(true);
+  EXPECT_EQ(m_controller->window(), &window);
+  EXPECT_EQ(window.position(), QPoint(40, 50));
+}
+
+TEST_F(DesktopPetControllerTest, HidingDropsTheWindowAndShowingBuildsItAnewAtTheDefaultPlace) {
+  const QPointer<DesktopPetWindow> first(&shown());
+  const QPoint place = first->position();
+  first->setPosition(40, 50);
+  m_controller->setVisible(false);
+  EXPECT_FALSE(m_controller->isVisible());
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(first.isNull());
+  EXPECT_EQ(shown().position(), place);
+}
+
+TEST_F(DesktopPetControllerTest, AHiddenPetKeepsNoTimerAndNoListener) {
+  shown();
+  m_controller->setVisible(false);
+  EXPECT_EQ(m_scheduler.pending(), 0U);
+  EXPECT_FALSE(m_windows.hasListener());
+  EXPECT_TRUE(m_controller->react(QStringLiteral("celebrate")));
+  m_controller->emitHearts();
+  m_controller->setMood(QStringLiteral("sleepy"));
+  EXPECT_EQ(m_scheduler.pending(), 0U);
+}
+
+TEST_F(DesktopPetControllerTest, NothingPlaysBeforeThePetWasEverShown) {
+  EXPECT_FALSE(m_controller->react(QStringLiteral("celebrate")));
+}
+
+TEST_F(DesktopPetControllerTest, ReactsWhenOnlyThePanelsStagePlays) {
+  m_controller->popoverScene().present();
+  EXPECT_TRUE(m_controller->react(QStringLiteral("celebrate")));
+  EXPECT_FALSE(m_controller->scene().isPerforming());
+  EXPECT_TRUE(m_controller->popoverScene().isPerforming());
+}
+
+TEST_F(DesktopPetControllerTest, OrdersReachBothStages) {
+  shown();
+  m_controller->popoverScene().present();
+  EXPECT_TRUE(m_controller->react(QStringLiteral("celebrate")));
+  m_controller->setMood(QStringLiteral("sleepy"));
+  for (PetScene *scene : {&m_controller->scene(), &m_controller->popoverScene()}) {
+    EXPECT_EQ(scene->mood(), QStringLiteral("sleepy"));
+  }
+}
+
+TEST_F(DesktopPetControllerTest, AnUnknownActionPlaysNowhere) {
+  shown();
+  QStringList lines;
+  const Diagnostics::Capture capture([&lines](const QString &line) { lines << line; });
+  EXPECT_FALSE(m_controller->react(QStringLiteral("fly")));
+  EXPECT_FALSE(lines.isEmpty());
+}
+
+TEST_F(DesktopPetControllerTest, AnActionBeginsWhenItIsOrderedHoweverLongThePetRested) {
+  shown();
+  m_controller->setVisible(false);
+  m_clock.advance(seconds(3600));
+  EXPECT_TRUE(m_controller->react(QStringLiteral("celebrate")));
+  m_controller->scene().advance(m_clock.instant() + seconds(0.5));
+  EXPECT_TRUE(m_controller->scene().isPerforming());
+}
+
+TEST_F(DesktopPetControllerTest, ScalingKeepsTheRightAndBottomEdgesOfTheWindow) {
+  DesktopPetWindow &window = shown();
+  const QRect before = window.geometry();
+  for (const double scale : {2.0, 0.8, 1.4}) {
+    m_controller->setScale(scale);
+    EXPECT_EQ(window.x() + window.width(), before.x() + before.width());
+    EXPECT_EQ(window.y() + window.height(), before.y() + before.height());
+    EXPECT_EQ(window.spriteRect().width(), std::lround(scale * 200));
+  }
+}
+
+TEST_F(DesktopPetControllerTest, AScaleToldWhileHiddenActsAtTheNextShow) {
+  m_controller->setScale(2.0);
+  EXPECT_EQ(shown().size(), QSize(432, 530));
+}
+
+TEST_F(DesktopPetControllerTest, WordsToldWhileHiddenStandWhenThePetIsShown) {
+  m_controller->setBubble(QStringLiteral("你好"));
+  EXPECT_EQ(shown().bubbleText(), QStringLiteral("你好"));
+}
+
+TEST_F(DesktopPetControllerTest, APetLeftOffEveryScreenComesBack) {
+  DesktopPetWindow &window = shown();
+  const QPoint place = window.position();
+  window.setPosition(workArea().right() + 3000, 100);
+  Q_EMIT QGuiApplication::primaryScreen()->availableGeometryChanged(workArea());
+  EXPECT_EQ(window.position(), place);
+}
+
+TEST_F(DesktopPetControllerTest, APetWithinReachStaysWhereThePersonPutIt) {
+  DesktopPetWindow &window = shown();
+  window.setPosition(workArea().right() - 60, 100);
+  const QPoint place = window.position();
+  Q_EMIT QGuiApplication::primaryScreen()->availableGeometryChanged(workArea());
+  EXPECT_EQ(window.position(), place);
+}
+
+TEST_F(DesktopPetControllerTest, SaysWhereItStandsOnlyWhenDebugging) {
+  QStringList lines;
+  const Diagnostics::Capture capture([&lines](const QString &line) { lines << line; });
+  shown();
+  EXPECT_TRUE(lines.isEmpty());
+  restart({{QStringLiteral("MORVO_DEBUG"), QStringLiteral("1")}});
+  const DesktopPetWindow &window = shown();
+  ASSERT_EQ(lines.size(), 1);
+  EXPECT_EQ(lines.first(), QStringLiteral("[DESKPET] shown at (%1, %2, 312, 410) win=%3")
+                               .arg(window.x())
+                               .arg(window.y())
+                               .arg(window.winId()));
+}
+
+TEST_F(DesktopPetControllerTest, OffersTheActionsOfTheBuiltInPet) {
+  QStringList names;
+  for (const PetMenuAction &action : m_controller->catalogActions()) {
+    EXPECT_TRUE(action.hasFrames);
+    names << action.frameSet;
+  }
+  names.sort();
+  EXPECT_EQ(names.join(u' '), QStringLiteral("alert celebrate greet idle petted sleep watching"));
+}
+
+} // namespace
+} // namespace morvo

@@ -1,0 +1,196 @@
+#include "PetDesk.h"
+#include "pet/PanelGeometry.h"
+
+#include <QMouseEvent>
+
+namespace morvo {
+namespace {
+
+class DesktopPetWindowTest : public test::PetDesk {
+protected:
+  static void mouse(DesktopPetWindow &window, QEvent::Type type, Qt::MouseButton button,
+                    QPointF place) {
+    QMouseEvent event(type, place, window.position() + place, button, button, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &event);
+  }
+  static void click(DesktopPetWindow &window, QPointF from, QPointF to,
+                    Qt::MouseButton button = Qt::LeftButton) {
+    mouse(window, QEvent::MouseButtonPress, button, from);
+    mouse(window, QEvent::MouseButtonRelease, button, to);
+  }
+};
+
+TEST_F(DesktopPetWindowTest, IsAFramelessOverlayThatTakesNoFocus) {
+  const DesktopPetWindow &window = shown();
+  for (const Qt::WindowType flag : {Qt::FramelessWindowHint, Qt::WindowStaysOnTopHint,
+                                    Qt::WindowDoesNotAcceptFocus, Qt::Tool}) {
+    EXPECT_EQ(window.flags() & flag, flag);
+  }
+  EXPECT_EQ(window.format().alphaBufferSize(), 8);
+}
+
+TEST_F(DesktopPetWindowTest, AsksForAllWorkspacesBeforeItIsShown) {
+  DesktopPetWindow &window = shown();
+  EXPECT_EQ(m_windows.overlays, std::vector<QWindow *>{&window});
+  EXPECT_TRUE(m_windows.preparedBeforeShown);
+}
+
+TEST_F(DesktopPetWindowTest, TheSpriteStandsAtTheBottomBelowTheRoomForTheBubble) {
+  const DesktopPetWindow &window = shown();
+  EXPECT_EQ(window.spriteRect(), QRect(16, 130, 280, 280));
+  EXPECT_EQ(window.bubbleArea(), QRect(0, 0, 312, PanelGeometry::bubbleArea));
+}
+
+TEST_F(DesktopPetWindowTest, DrawsEachPictureOfTheSceneOnce) {
+  DesktopPetWindow &window = shown();
+  const std::uint64_t before = window.drawings();
+  m_scheduler.advance(seconds(1));
+  // The resting loop shows sixteen pictures a second.
+  EXPECT_NEAR(static_cast<double>(window.drawings() - before), 16, 1);
+}
+
+TEST_F(DesktopPetWindowTest, KeepsOneTimerRunning) {
+  shown();
+  EXPECT_EQ(m_scheduler.pending(), 1U);
+  m_scheduler.advance(seconds(3));
+  EXPECT_EQ(m_scheduler.pending(), 1U);
+}
+
+TEST_F(DesktopPetWindowTest, PlaysAnActionAtItsOwnRate) {
+  DesktopPetWindow &window = shown();
+  ASSERT_TRUE(m_controller->react(QStringLiteral("celebrate")));
+  const std::uint64_t before = window.drawings();
+  m_scheduler.advance(seconds(0.5));
+  EXPECT_NEAR(static_cast<double>(window.drawings() - before), 12, 1);
+}
+
+TEST_F(DesktopPetWindowTest, ALateTimerDoesNotSlowTheAnimationDown) {
+  DesktopPetWindow &window = shown();
+  const std::uint64_t before = window.drawings();
+  const Instant start = m_clock.instant();
+  while (m_clock.instant() - start < seconds(2)) {
+    // Each tick comes three milliseconds late, as on a busy machine.
+    m_clock.advance(m_scheduler.untilNext() + std::chrono::milliseconds(3));
+    m_scheduler.runDue();
+  }
+  EXPECT_NEAR(static_cast<double>(window.drawings() - before), 32, 2);
+}
+
+TEST_F(DesktopPetWindowTest, DrawsNothingWhileNothingIsToldAndNoTimePasses) {
+  DesktopPetWindow &window = shown();
+  m_scheduler.advance(seconds(1));
+  const std::uint64_t before = window.drawings();
+  window.wake();
+  window.wake();
+  EXPECT_EQ(window.drawings(), before);
+}
+
+TEST_F(DesktopPetWindowTest, AFadeOfTheBubbleIsDrawnSmoothlyThenEnds) {
+  DesktopPetWindow &window = shown();
+  const std::uint64_t before = window.drawings();
+  m_controller->setBubble(QStringLiteral("写完啦"));
+  m_scheduler.advance(seconds(0.2));
+  EXPECT_GE(window.drawings() - before, 12U);
+  m_scheduler.advance(seconds(0.1));
+  const std::uint64_t after = window.drawings();
+  m_scheduler.advance(seconds(1));
+  EXPECT_NEAR(static_cast<double>(window.drawings() - after), 16, 1);
+}
+
+TEST_F(DesktopPetWindowTest, TheSameWordsAgainDrawNothing) {
+  DesktopPetWindow &window = shown();
+  m_controller->setBubble(QStringLiteral("写完啦"));
+  m_scheduler.advance(seconds(1));
+  const std::uint64_t before = window.drawings();
+  m_controller->setBubble(QStringLiteral("写完啦"));
+  EXPECT_EQ(window.drawings(), before);
+}
+
+TEST_F(DesktopPetWindowTest, ClicksCountOnThePetAndOnItsBubbleButNotBesideThem) {
+  DesktopPetWindow &window = shown();
+  ASSERT_FALSE(m_windows.inputRegions.empty());
+  const QRegion silent = m_windows.inputRegions.back();
+  const QPoint belly = window.spriteRect().center() + QPoint(0, 60);
+  EXPECT_TRUE(silent.contains(belly));
+  EXPECT_FALSE(silent.contains(QPoint(156, 100)));
+  EXPECT_FALSE(silent.contains(QPoint(2, 400)));
+  m_controller->setBubble(QStringLiteral("写完啦"));
+  EXPECT_TRUE(m_windows.inputRegions.back().contains(QPoint(156, 110)));
+  m_controller->setBubble({});
+  EXPECT_FALSE(m_windows.inputRegions.back().contains(QPoint(156, 110)));
+}
+
+TEST_F(DesktopPetWindowTest, AFaintPetStillTakesClicks) {
+  DesktopPetWindow &window = shown();
+  m_controller->setOpacity(0);
+  m_scheduler.advance(seconds(1));
+  EXPECT_TRUE(m_windows.inputRegions.back().contains(window.spriteRect().center() + QPoint(0, 60)));
+}
+
+TEST_F(DesktopPetWindowTest, TellsTheDesktopOfClicksSeldomerThanItDraws) {
+  shown();
+  const std::size_t before = m_windows.inputRegions.size();
+  m_scheduler.advance(seconds(2));
+  EXPECT_LE(m_windows.inputRegions.size() - before, 9U);
+}
+
+TEST_F(DesktopPetWindowTest, IsCutToItsOutlineWhereNothingIsTransparent) {
+  m_windows.setCompositing(false);
+  DesktopPetWindow &window = shown();
+  ASSERT_FALSE(m_windows.shapes.empty());
+  ASSERT_TRUE(m_windows.shapes.back());
+  EXPECT_TRUE(m_windows.shapes.back()->contains(window.spriteRect().center() + QPoint(0, 60)));
+  EXPECT_FALSE(m_windows.shapes.back()->contains(QPoint(2, 2)));
+  const auto resting = m_windows.shapes.back();
+  m_scheduler.advance(seconds(0.5));
+  EXPECT_NE(m_windows.shapes.back(), resting) << "the outline follows the pet";
+}
+
+TEST_F(DesktopPetWindowTest, GetsItsRectangleBackWhenACompositorComes) {
+  m_windows.setCompositing(false);
+  shown();
+  m_windows.setCompositing(true);
+  ASSERT_FALSE(m_windows.shapes.empty());
+  EXPECT_EQ(m_windows.shapes.back(), std::nullopt);
+  const std::size_t before = m_windows.shapes.size();
+  m_scheduler.advance(seconds(1));
+  EXPECT_EQ(m_windows.shapes.size(), before);
+}
+
+TEST_F(DesktopPetWindowTest, IsCutWhenTheCompositorGoes) {
+  shown();
+  EXPECT_TRUE(m_windows.shapes.empty());
+  m_windows.setCompositing(false);
+  ASSERT_FALSE(m_windows.shapes.empty());
+  EXPECT_TRUE(m_windows.shapes.back());
+}
+
+TEST_F(DesktopPetWindowTest, APressAndReleaseInPlaceIsAClick) {
+  click(shown(), {150, 300}, {150, 300});
+  EXPECT_EQ(m_interactions.taps, 1);
+}
+
+TEST_F(DesktopPetWindowTest, AMoveOfThreePointsIsStillAClickAndAnyMoreIsNone) {
+  DesktopPetWindow &window = shown();
+  click(window, {150, 300}, {153, 300});
+  EXPECT_EQ(m_interactions.taps, 1);
+  click(window, {150, 300}, {153, 301});
+  EXPECT_EQ(m_interactions.taps, 1);
+}
+
+TEST_F(DesktopPetWindowTest, OtherButtonsAndALonelyReleaseAreNoClick) {
+  DesktopPetWindow &window = shown();
+  click(window, {150, 300}, {150, 300}, Qt::RightButton);
+  mouse(window, QEvent::MouseButtonRelease, Qt::LeftButton, {150, 300});
+  EXPECT_EQ(m_interactions.taps, 0);
+}
+
+TEST_F(DesktopPetWindowTest, AClickMayTakeTheWindowAway) {
+  m_interactions.onTap = [this] { m_controller->setVisible(false); };
+  click(shown(), {150, 300}, {150, 300});
+  EXPECT_EQ(m_controller->window(), nullptr);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
+} // namespace morvo

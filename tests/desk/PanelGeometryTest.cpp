@@ -1,0 +1,65 @@
+#include "pet/PanelGeometry.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace morvo {
+namespace {
+
+struct SizeRow {
+  std::optional<double> scale;
+  int side;
+  QSize panel;
+};
+
+class PanelSizeTest : public testing::TestWithParam<SizeRow> {};
+
+TEST_P(PanelSizeTest, FollowsTheScale) {
+  EXPECT_EQ(PanelGeometry::spriteSide(GetParam().scale), GetParam().side);
+  EXPECT_EQ(PanelGeometry::panelSize(GetParam().scale), GetParam().panel);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Scales, PanelSizeTest,
+    testing::Values(SizeRow{std::nullopt, 280, {312, 410}}, SizeRow{0.8, 160, {192, 290}},
+                    SizeRow{1.0, 200, {232, 330}}, SizeRow{1.4, 280, {312, 410}},
+                    SizeRow{1.2345, 247, {279, 377}}, SizeRow{2.4, 480, {512, 610}}));
+
+TEST(PanelGeometryTest, StandsAboveTheLowerRightCornerOfTheWorkArea) {
+  EXPECT_EQ(PanelGeometry::defaultPlace({312, 410}, {0, 0, 1280, 800}),
+            QRect(1280 - 312 - 16, 800 - 70 - 410, 312, 410));
+}
+
+TEST(PanelGeometryTest, CountsFromTheEdgesOfAWorkAreaThatDoesNotBeginAtTheOrigin) {
+  EXPECT_EQ(PanelGeometry::defaultPlace({312, 410}, {100, 32, 1000, 700}),
+            QRect(1100 - 312 - 16, 732 - 70 - 410, 312, 410));
+}
+
+TEST(PanelGeometryTest, ResizingKeepsTheRightAndBottomEdges) {
+  const QRect before(900, 300, 312, 410);
+  for (const QSize size : {QSize(512, 610), QSize(192, 290)}) {
+    const QRect after = PanelGeometry::resized(before, size);
+    EXPECT_EQ(after.size(), size);
+    EXPECT_EQ(after.x() + after.width(), 900 + 312);
+    EXPECT_EQ(after.y() + after.height(), 300 + 410);
+  }
+}
+
+TEST(PanelGeometryTest, IsReachableWhileFortyEightPointsLieOnAWorkArea) {
+  const std::array areas{QRect(0, 0, 1280, 800)};
+  EXPECT_TRUE(PanelGeometry::isReachable({1280 - 48, 100, 312, 410}, areas));
+  EXPECT_FALSE(PanelGeometry::isReachable({1280 - 47, 100, 312, 410}, areas));
+  EXPECT_TRUE(PanelGeometry::isReachable({100, 48 - 410, 312, 410}, areas));
+  EXPECT_FALSE(PanelGeometry::isReachable({100, 47 - 410, 312, 410}, areas));
+}
+
+TEST(PanelGeometryTest, IsReachableOnAnyOfTheMonitors) {
+  const std::array areas{QRect(0, 0, 1280, 800), QRect(1280, 0, 1920, 1080)};
+  EXPECT_TRUE(PanelGeometry::isReachable({2000, 500, 312, 410}, areas));
+  EXPECT_FALSE(PanelGeometry::isReachable({4000, 500, 312, 410}, areas));
+  EXPECT_FALSE(PanelGeometry::isReachable({100, 100, 312, 410}, {}));
+}
+
+} // namespace
+} // namespace morvo
