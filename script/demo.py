@@ -12,7 +12,6 @@ DIR. Ends with status 0 only if each step was seen. Every process it starts, it 
 import json
 import os
 import pathlib
-import queue
 import shutil
 import subprocess
 import sys
@@ -128,26 +127,32 @@ class Lines:
 
     def __init__(self, stream):
         self.seen = []
-        self.arrived = queue.Queue()
-        self.thread = threading.Thread(target=self.read, args=[stream], daemon=True)
-        self.thread.start()
+        self.begin = 0
+        self.changed = threading.Condition()
+        threading.Thread(target=self.read, args=[stream], daemon=True).start()
 
     def read(self, stream):
         for line in stream:
-            self.arrived.put((time.monotonic(), line.rstrip("\n")))
+            with self.changed:
+                self.seen.append((time.monotonic(), line.rstrip("\n")))
+                self.changed.notify_all()
+
+    def forget(self):
+        """Only lines that come from now on are waited for."""
+        with self.changed:
+            self.begin = len(self.seen)
 
     def wait(self, what, text, deadline=STEP_DEADLINE):
         """The time at which a line holding the text came."""
-        end = time.monotonic() + deadline
-        while True:
-            try:
-                entry = self.arrived.get(timeout=max(0.0, end - time.monotonic()))
-            except queue.Empty:
+
+        def found():
+            return next((at for at, line in self.seen[self.begin:] if text in line), None)
+
+        with self.changed:
+            if not self.changed.wait_for(lambda: found() is not None, deadline):
                 tail = "\n    ".join(line for _, line in self.seen[-15:])
-                raise Failure(f"{what} was not seen; the program said:\n    {tail}") from None
-            self.seen.append(entry)
-            if text in entry[1]:
-                return entry[0]
+                raise Failure(f"{what} was not seen; the program said:\n    {tail}")
+            return found()
 
 
 def wait_for(what, condition, deadline=STEP_DEADLINE):
@@ -197,6 +202,7 @@ def play(desktop, program, folder):
     # As Claude Code runs it: the command of the hook through a shell, the event on standard input.
     command = json.loads(settings.read_text(encoding="utf-8"))["hooks"]["Stop"][0]["hooks"][0][
         "command"]
+    lines.forget()
     hook_start = time.monotonic()
     forwarded = desktop.run("sh", "-c", command, input=json.dumps(STOP_EVENT))
     written = wait_for("the line in the inbox", lambda: inbox.stat().st_size > size)
