@@ -30,6 +30,13 @@ class Watcher(dbus.service.Object):
     @dbus.service.method('org.freedesktop.DBus.Properties', in_signature='ss', out_signature='v')
     def Get(self, interface, name):
         return dbus.Boolean(self.hosted) if name == 'IsStatusNotifierHostRegistered' else dbus.Int32(0)
+    @dbus.service.method('org.freedesktop.DBus.Introspectable', out_signature='s',
+                         path_keyword='path', connection_keyword='connection')
+    def Introspect(self, path, connection):
+        # Qt reads no property that is not listed here.
+        head = '<interface name="%s">' % NAME
+        listed = '<property name="IsStatusNotifierHostRegistered" type="b" access="read"/>'
+        return dbus.service.Object.Introspect(self, path, connection).replace(head, head + listed)
     @dbus.service.signal(NAME)
     def StatusNotifierHostRegistered(self):
         pass
