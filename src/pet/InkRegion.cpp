@@ -41,6 +41,27 @@ void appendRow(const Grid &grid, const QRect &area, int top, std::vector<QRect> 
   }
 }
 
+/// Lets the row above reach down over the last row when both have the same ink: fewer rectangles,
+/// and the one form in which equal regions compare equal. `above` and `last` are where the two
+/// rows begin; gives where the last row begins afterwards.
+std::size_t merged(std::vector<QRect> &rects, std::size_t above, std::size_t last) {
+  const auto sameInk = [](const QRect &upper, const QRect &lower) {
+    return upper.x() == lower.x() && upper.width() == lower.width() &&
+           upper.y() + upper.height() == lower.y();
+  };
+  const auto upper = rects.begin() + static_cast<std::ptrdiff_t>(above);
+  const auto lower = rects.begin() + static_cast<std::ptrdiff_t>(last);
+  if (lower == rects.end() || !std::equal(upper, lower, lower, rects.end(), sameInk)) {
+    return last;
+  }
+  const int height = lower->height();
+  rects.erase(lower, rects.end());
+  for (std::size_t index = above; index < rects.size(); ++index) {
+    rects[index].setHeight(rects[index].height() + height);
+  }
+  return above;
+}
+
 } // namespace
 
 QRegion of(const QImage &image, const QRect &area, int alpha, int cell) {
@@ -52,8 +73,11 @@ QRegion of(const QImage &image, const QRect &area, int alpha, int cell) {
   const QRect inside = area & QRect(QPoint(), (QSizeF(image.size()) / scale).toSize());
   const Grid grid{image, scale, alpha, cell};
   std::vector<QRect> rects;
+  std::size_t row = 0;
   for (int top = inside.y(); top < inside.y() + inside.height(); top += cell) {
+    const std::size_t next = rects.size();
     appendRow(grid, inside, top, rects);
+    row = merged(rects, row, next);
   }
   QRegion region;
   region.setRects(rects.data(), static_cast<int>(rects.size()));

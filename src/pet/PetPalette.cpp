@@ -18,7 +18,7 @@ const AdaptiveColor &morvoBody() {
 }
 
 const AdaptiveColor &krill() {
-  static const AdaptiveColor color{QColor(0xffc2620e), QColor(0xffffb070)};
+  static const AdaptiveColor color{QColor(0xffad5509), QColor(0xffffb070)};
   return color;
 }
 
