@@ -6,11 +6,8 @@
 #include "monitor/SignalSource.h"
 #include "pet/PetBody.h"
 #include "platform/NotificationService.h"
-#include "platform/SecretStore.h"
 #include "usage/UsageSource.h"
 #include "voice/Speech.h"
-
-#include <QHash>
 
 #include <utility>
 
@@ -66,20 +63,6 @@ public:
 
   QList<std::pair<QString, QString>> shown;
   std::function<void()> activated;
-};
-
-class FakeSecrets final : public SecretStore {
-public:
-  [[nodiscard]] std::optional<QString> read(const QString &service,
-                                            const QString &account) const override {
-    const auto found = values.constFind(service + u'/' + account);
-    return found == values.constEnd() ? std::nullopt : std::optional(*found);
-  }
-  void save(const QString &value, const QString &service, const QString &account) override {
-    values.insert(service + u'/' + account, value);
-  }
-
-  QHash<QString, QString> values;
 };
 
 class FakeCloud final : public PetCloud {

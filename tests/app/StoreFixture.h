@@ -4,6 +4,7 @@
 #include "app/PetStore.h"
 #include "base/SystemFileLayer.h"
 #include "support/ManualScheduler.h"
+#include "support/MemorySecrets.h"
 #include "support/MemorySettings.h"
 
 #include <QTemporaryDir>
@@ -37,7 +38,7 @@ protected:
   SeededRandomSource m_random{7};
   MemorySettings m_settings;
   QHash<QString, QString> m_environment;
-  FakeSecrets m_secrets;
+  MemorySecrets m_secrets;
   FakeNotifications m_notifications;
   FakeBody m_body;
   FakeSpeech m_speech;
