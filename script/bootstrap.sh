@@ -13,7 +13,7 @@ build_packages=(
   libsecret-1-dev libxcb1-dev libxcb-shape0-dev
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-controls
   qml6-module-qtquick-layouts qml6-module-qtquick-templates
-  qml6-module-qtqml qml6-module-qtqml-workerscript
+  qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
 )
 run_packages=(
   python3 qt6-qpa-plugins fonts-noto-cjk fonts-noto-color-emoji dbus dbus-bin
