@@ -19,8 +19,9 @@ constexpr auto showPanelDelay = std::chrono::milliseconds(600);
 
 const QString defaultPet = QStringLiteral("morvo");
 const QString showPetLine = QStringLiteral("代码跑通啦～闻到效率的味道，有点想喝奶茶。");
-const QString linkScheme = QStringLiteral("morvopet://");
-const QString quitWord = QStringLiteral("quit");
+const QString linkScheme = QStringLiteral("morvopet:");
+
+bool isLink(const QString &word) { return word.startsWith(linkScheme, Qt::CaseInsensitive); }
 
 QString describe(const std::optional<QRect> &frame) {
   return frame ? QStringLiteral("(%1, %2, %3, %4)")
@@ -32,6 +33,10 @@ QString describe(const std::optional<QRect> &frame) {
 }
 
 } // namespace
+
+const QString AppDelegate::quitWord = QStringLiteral("quit");
+
+bool AppDelegate::understands(const QString &word) { return word == quitWord || isLink(word); }
 
 AppDelegate::AppDelegate(Parts parts) : m_parts(std::move(parts)) {}
 
@@ -50,6 +55,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::setupMenubar() {
   m_store = m_parts.makeStore();
   m_popover = m_parts.makePopover(*m_store);
+  connect(m_store.get(), &PetStore::appearanceChanged, this, &AppDelegate::applyAppearance);
   m_parts.statusItem.setToolTip(m_store->persona().name);
   m_parts.statusItem.onActivated([this] { togglePopover(); });
   tickFrame();
@@ -101,7 +107,7 @@ void AppDelegate::open(const QStringList &words) {
   }
   bool opened = false;
   for (const QString &word : words) {
-    if (m_parts.handleOpenUrl && word.startsWith(linkScheme)) {
+    if (m_parts.handleOpenUrl && isLink(word)) {
       m_parts.handleOpenUrl(word);
       opened = true;
     }
@@ -112,14 +118,18 @@ void AppDelegate::open(const QStringList &words) {
 }
 
 void AppDelegate::togglePopover() {
-  if (m_popover->isShown()) {
+  if (m_popover->isShown() || m_popover->hasJustClosedItself()) {
     m_popover->close();
   } else {
     showPopover();
   }
 }
 
-void AppDelegate::showPopover() { m_popover->show(m_parts.statusItem.geometry()); }
+void AppDelegate::showPopover() {
+  // The agents' files may have changed since, by the command line or by hand.
+  m_store->refreshHookFlags();
+  m_popover->show(m_parts.statusItem.geometry());
+}
 
 void AppDelegate::applyAppearance() { m_parts.applyAppearance(); }
 

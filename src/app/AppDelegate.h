@@ -41,6 +41,11 @@ public:
     std::function<void(const QString &url)> handleOpenUrl;
   };
 
+  /// The word that ends a running program.
+  static const QString quitWord;
+  /// Whether `open` knows what to do with the word.
+  [[nodiscard]] static bool understands(const QString &word);
+
   explicit AppDelegate(Parts parts);
   ~AppDelegate() override;
 

@@ -38,8 +38,6 @@
 namespace morvo::MorvoBarApp {
 namespace {
 
-const QString quitWord = QStringLiteral("quit");
-
 const QString usage = QStringLiteral(
     "用法：morvobar [命令]\n"
     "\n"
@@ -201,10 +199,10 @@ std::optional<int> runWithoutDesktop(Surroundings &surroundings, const QStringLi
     QTextStream(stdout) << "MorvoBar " << QCoreApplication::applicationVersion() << '\n';
     return success;
   }
-  const bool known = std::ranges::all_of(words, [](const QString &word) {
-    return word == quitWord || word.startsWith(QStringLiteral("morvopet://"));
-  });
-  if (!known) {
+  // Options are Qt's to judge: session managers pass some of their own.
+  const bool isMisspelt = !words.isEmpty() && !words.front().startsWith(u'-') &&
+                          !AppDelegate::understands(words.front());
+  if (isMisspelt) {
     QTextStream(stderr) << usage;
     return wrongUsage;
   }
@@ -221,12 +219,20 @@ bool hasDesktop(const Environment &environment) {
 }
 
 int runDesktop(Surroundings &surroundings, const QStringList &words) {
+  if (!std::ranges::all_of(words, AppDelegate::understands)) {
+    QTextStream(stderr) << usage;
+    return wrongUsage;
+  }
   LocalSingleInstance instance(surroundings.home, surroundings.environment);
   const auto role = instance.settle(words);
   if (role == SingleInstance::Role::handedOver) {
     return success;
   }
-  if (words.contains(quitWord)) {
+  if (role == SingleInstance::Role::unreachable) {
+    QTextStream(stderr) << QStringLiteral("MorvoBar 已在运行，但没有回应。\n");
+    return failure;
+  }
+  if (words.contains(AppDelegate::quitWord)) {
     QTextStream(stderr) << QStringLiteral("没有正在运行的 MorvoBar。\n");
     return failure;
   }

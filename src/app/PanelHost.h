@@ -15,6 +15,9 @@ public:
   virtual void show(const std::optional<QRect> &icon) = 0;
   virtual void close() = 0;
   [[nodiscard]] virtual bool isShown() const = 0;
+  /// Whether a click elsewhere has closed the panel a moment ago: that click may be the one on the
+  /// icon that was meant to close it.
+  [[nodiscard]] virtual bool hasJustClosedItself() const = 0;
   /// Whether a click elsewhere closes the panel; it does at first.
   virtual void setTransient(bool transient) = 0;
 };

@@ -12,10 +12,14 @@
 #include <QQuickWindow>
 #include <QScreen>
 
+#include <chrono>
 #include <utility>
 
 namespace morvo {
 namespace {
+
+/// A panel that lost the focus this short ago lost it to the click that is being handled.
+constexpr std::chrono::milliseconds sameClick{300};
 
 /// What a user can set to choose another way of drawing.
 constexpr auto backendVariable = "QT_QUICK_BACKEND";
@@ -80,7 +84,13 @@ bool PanelWindow::isShown() const { return m_view && m_view->isVisible(); }
 void PanelWindow::closeWhenInactive() {
   if (m_transient && m_view->isVisible() && !m_view->isActive()) {
     m_view->hide();
+    m_sinceClosedItself.start();
   }
+}
+
+bool PanelWindow::hasJustClosedItself() const {
+  return m_sinceClosedItself.isValid() &&
+         !m_sinceClosedItself.hasExpired(sameClick.count());
 }
 
 } // namespace morvo

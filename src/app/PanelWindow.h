@@ -2,6 +2,7 @@
 
 #include "app/PanelHost.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QUrl>
 
@@ -26,6 +27,7 @@ public:
   void show(const std::optional<QRect> &icon) override;
   void close() override;
   [[nodiscard]] bool isShown() const override;
+  [[nodiscard]] bool hasJustClosedItself() const override;
   void setTransient(bool transient) override { m_transient = transient; }
 
 private:
@@ -36,6 +38,8 @@ private:
   QUrl m_source;
   std::unique_ptr<QQuickView> m_view;
   bool m_transient = true;
+  /// Runs from the moment at which a click elsewhere closed the panel.
+  QElapsedTimer m_sinceClosedItself;
 };
 
 } // namespace morvo

@@ -5,10 +5,12 @@
 #include "monitor/HookScript.h"
 #include "pet/Growth.h"
 #include "platform/MorvoHome.h"
+#include "platform/SecretItems.h"
 #include "platform/SettingKeys.h"
 #include "voice/VoiceProfileStore.h"
 
 #include <QDateTime>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -29,9 +31,6 @@ constexpr double freshHours = 2;
 constexpr double energyPerHour = 0.5;
 constexpr double energyFloor = 25;
 constexpr double leastEnergyChange = 0.5;
-
-const QString authService = QStringLiteral("ai.zentaro.morvopet.auth");
-const QString accessTokenAccount = QStringLiteral("access_token");
 
 } // namespace
 
@@ -71,6 +70,12 @@ PetStore::~PetStore() {
 
 void PetStore::start() {
   cloudLoop(m_stop.get_token());
+  // The first round may come before the keyring has told who is logged in.
+  m_parts.secrets.onLoaded([guard = QPointer(this)] {
+    if (guard && guard->m_parts.cloud) {
+      guard->load(true);
+    }
+  });
   fleetLoop(m_stop.get_token());
   energyLoop(m_stop.get_token());
   const HookContext &hooks = m_parts.hooks;
@@ -148,14 +153,26 @@ QCoro::Task<> PetStore::usageLoop(std::stop_token stop) {
         if (stop.stop_requested()) {
           co_return;
         }
-        m_detected = std::move(capture.agents);
-        m_usage = capture.usage;
+        publish(std::move(capture));
         refreshAttention();
       }
       pause = std::chrono::seconds(m_parts.setting.captureSeconds());
     }
     running = co_await m_parts.scheduler.sleep(pause, stop);
   }
+}
+
+void PetStore::publish(UsageSource::Capture capture) {
+  QStringList ids;
+  for (const DetectedAgent &agent : capture.agents) {
+    ids.append(agent.id);
+  }
+  m_sources = ids;
+  // Without agents there is nothing to measure, and the last figures stand.
+  if (!capture.agents.empty()) {
+    m_usage = capture.usage;
+  }
+  m_detected = std::move(capture.agents);
 }
 
 /// The decrement applies anew to the already lowered value, so a long absence drains quickly.
@@ -179,7 +196,7 @@ QCoro::Task<> PetStore::load(bool updateChatHealth) {
   const std::stop_token stop = m_stop.get_token();
   std::optional<Quota> quota;
   if (m_parts.cloud) {
-    m_parts.cloud->setAccessToken(m_parts.secrets.read(authService, accessTokenAccount));
+    m_parts.cloud->setAccessToken(m_parts.secrets.read(SecretItems::authService, SecretItems::accessTokenAccount));
     quota = co_await m_parts.cloud->sync();
     if (stop.stop_requested()) {
       co_return;

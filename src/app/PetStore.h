@@ -212,6 +212,9 @@ public:
   /// Draws what deserves the user's eye from the present state.
   void refreshAttention();
 
+  /// To be called by whoever changed the appearance's setting; the whole application follows.
+  void announceAppearanceChange() { Q_EMIT appearanceChanged(); }
+
   // Cloud.
   /// Pulls the account's state.
   QCoro::Task<> load(bool updateChatHealth);
@@ -253,6 +256,8 @@ Q_SIGNALS:
   void imageAccessLabelChanged();
   void accessApplyMessageChanged();
   void usageChanged();
+  /// The wanted appearance has changed.
+  void appearanceChanged();
   /// A batch of signals has been handled; `reacted` tells whether the pet answered it.
   void signalsHandled(bool reacted);
 
@@ -267,6 +272,7 @@ private:
   QCoro::Task<> fleetLoop(std::stop_token stop);
   QCoro::Task<> energyLoop(std::stop_token stop);
   QCoro::Task<> usageLoop(std::stop_token stop);
+  void publish(UsageSource::Capture capture);
   void drainEnergy();
 
   void handleHookSignals(const QList<QJsonObject> &signals);

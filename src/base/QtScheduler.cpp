@@ -3,6 +3,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace morvo {
@@ -11,12 +12,15 @@ namespace {
 /// Below this period a timer drives pictures, and a late tick shows.
 constexpr std::chrono::milliseconds preciseBelow{250};
 
+/// QTimer counts milliseconds in an int; longer waits (beyond 24 days) end then.
+constexpr std::chrono::milliseconds longestInterval{std::numeric_limits<int>::max()};
+
 class QtTimerState final : public TimerState {
 public:
   QtTimerState(Duration interval, bool repeating, std::function<void()> work)
       : m_timer(new QTimer), m_work(std::make_shared<std::function<void()>>(std::move(work))) {
-    const auto milliseconds =
-        std::chrono::ceil<std::chrono::milliseconds>(std::max(interval, Duration::zero()));
+    const auto milliseconds = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(interval),
+                                         std::chrono::milliseconds::zero(), longestInterval);
     m_timer->setSingleShot(!repeating);
     m_timer->setTimerType(milliseconds < preciseBelow ? Qt::PreciseTimer : Qt::CoarseTimer);
     // The work may destroy this state: the copy keeps it alive until it has returned.

@@ -11,9 +11,10 @@ namespace morvo {
 class SingleInstance {
 public:
   enum class Role {
-    first,      ///< This process is the running instance.
-    handedOver, ///< Another one is, and it has taken the words.
-    failed,     ///< Neither could be settled; go on as a lone instance.
+    first,       ///< This process is the running instance.
+    handedOver,  ///< Another one is, and it has taken the words.
+    unreachable, ///< Another one is, but it did not take the words: end, and say so.
+    unsettled,   ///< Who is first cannot be told on this system; go on as a lone instance.
   };
 
   virtual ~SingleInstance() = default;

@@ -92,6 +92,18 @@ TEST(QtSchedulerTest, RunsOnTheEventLoopAndACallbackMayDropItsTimer) {
   EXPECT_FALSE(timer.isActive());
 }
 
+TEST(QtSchedulerTest, AWaitLongerThanAnyTimerIsNeitherNegativeNorShort) {
+  QtScheduler scheduler;
+  QEventLoop events;
+  bool ran = false;
+  const auto years = scheduler.after(std::chrono::hours(24) * 10000, [&] { ran = true; });
+  EXPECT_TRUE(years.isActive());
+  const auto soon = scheduler.after(20ms, [&] { events.quit(); });
+  events.exec();
+  EXPECT_FALSE(ran);
+  EXPECT_TRUE(years.isActive());
+}
+
 TEST(QtSchedulerTest, NothingRunsFromWithinTheCall) {
   QtScheduler scheduler;
   QEventLoop events;

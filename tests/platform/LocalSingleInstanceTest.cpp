@@ -75,7 +75,7 @@ protected:
   }
   /// Settles in another thread, while this one's events run.
   Role settleElsewhere(const QStringList &words, const HomeFolder &home) {
-    Role role = Role::failed;
+    Role role = Role::unsettled;
     QEventLoop events;
     const std::unique_ptr<QThread> other(QThread::create(
         [&] { role = LocalSingleInstance(home, environment(), 5s).settle(words); }));
@@ -90,7 +90,7 @@ protected:
     return QDir(folder.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
   }
   [[nodiscard]] QString socketPath() const {
-    return m_runtime.filePath(entries(m_runtime).filter(QStringLiteral(".socket")).value(0));
+    return m_runtime.filePath(entries(m_runtime).filter(QStringLiteral("morvobar-")).value(0));
   }
   /// What the first instance answers to these bytes: its bytes until it hangs up.
   static QByteArray answerTo(const QString &path, const QByteArray &bytes) {
@@ -177,9 +177,10 @@ TEST_F(LocalSingleInstanceTest, AKilledInstanceLeavesItsPlace) {
     ready();
   });
   other.kill();
-  ASSERT_EQ(entries(m_runtime).size(), 2);
+  ASSERT_EQ(entries(m_runtime).size(), 1);
   auto next = make();
   EXPECT_EQ(next.settle({}), Role::first);
+  EXPECT_EQ(entries(m_runtime).size(), 1);
   EXPECT_EQ(settleElsewhere({QStringLiteral("x")}), Role::handedOver);
 }
 
@@ -190,7 +191,7 @@ TEST_F(LocalSingleInstanceTest, AHungInstanceIsGivenUpAtTheDeadline) {
     ready();
   });
   auto second = make(shortDeadline);
-  EXPECT_EQ(second.settle({QStringLiteral("x")}), Role::failed);
+  EXPECT_EQ(second.settle({QStringLiteral("x")}), Role::unreachable);
 }
 
 TEST_F(LocalSingleInstanceTest, AnInstanceWithoutSocketIsGivenUpAtTheDeadline) {
@@ -201,7 +202,7 @@ TEST_F(LocalSingleInstanceTest, AnInstanceWithoutSocketIsGivenUpAtTheDeadline) {
     ready();
   });
   auto second = make(shortDeadline);
-  EXPECT_EQ(second.settle({QStringLiteral("x")}), Role::failed);
+  EXPECT_EQ(second.settle({QStringLiteral("x")}), Role::unreachable);
 }
 
 TEST_F(LocalSingleInstanceTest, WordsBeyondTheLimitAreRefused) {
@@ -209,7 +210,7 @@ TEST_F(LocalSingleInstanceTest, WordsBeyondTheLimitAreRefused) {
   ASSERT_EQ(first.settle({}), Role::first);
   int taken = 0;
   first.onWords([&](const QStringList &) { ++taken; });
-  EXPECT_EQ(settleElsewhere({QString(LocalSingleInstance::longestWords, u'x')}), Role::failed);
+  EXPECT_EQ(settleElsewhere({QString(LocalSingleInstance::longestWords, u'x')}), Role::unreachable);
   EXPECT_EQ(taken, 0);
   EXPECT_EQ(settleElsewhere({QString(LocalSingleInstance::longestWords - 1, u'x')}),
             Role::handedOver);
@@ -249,8 +250,31 @@ TEST_F(LocalSingleInstanceTest, AFolderThatSomeonePlantedInTheTemporaryFolderIsN
   const QString planted = m_temporary.filePath(QStringLiteral("morvobar-%1").arg(::getuid()));
   ASSERT_TRUE(QFile::link(m_homeFolder.path(), planted));
   LocalSingleInstance first(m_home, Environment{{{QStringLiteral("TMPDIR"), m_temporary.path()}}});
-  EXPECT_EQ(first.settle({}), Role::failed);
+  EXPECT_EQ(first.settle({}), Role::first);
   EXPECT_EQ(entries(m_homeFolder), QStringList());
+}
+
+TEST_F(LocalSingleInstanceTest, AHomeThatIsCreatedByTheFirstStartIsTheSameForTheSecond) {
+  const QString link = m_temporary.filePath(QStringLiteral("link"));
+  ASSERT_TRUE(QFile::link(m_homeFolder.path(), link));
+  const HomeFolder later{link + QStringLiteral("/new")};
+  LocalSingleInstance first(later, environment(), 5s);
+  ASSERT_EQ(first.settle({}), Role::first);
+  EXPECT_EQ(settleElsewhere({}, later), Role::handedOver);
+}
+
+TEST_F(LocalSingleInstanceTest, AStartFromAnotherEnvironmentFindsTheRunningInstance) {
+  LocalSingleInstance first(m_home, Environment{{{QStringLiteral("TMPDIR"), m_temporary.path()}}},
+                            5s);
+  ASSERT_EQ(first.settle({}), Role::first);
+  EXPECT_EQ(settleElsewhere({}), Role::handedOver);
+}
+
+TEST_F(LocalSingleInstanceTest, WithoutAPlaceForTheLockTheStartGoesOnAlone) {
+  QFile file(m_homeFolder.filePath(QStringLiteral("file")));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  LocalSingleInstance lone(HomeFolder{file.fileName()}, environment());
+  EXPECT_EQ(lone.settle({}), Role::unsettled);
 }
 
 TEST(InstanceMessageTest, AMessageInPiecesIsWaitedFor) {

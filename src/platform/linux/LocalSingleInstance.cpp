@@ -1,8 +1,11 @@
 #include "platform/linux/LocalSingleInstance.h"
 
+#include "base/AtomicFile.h"
+#include "base/Diagnostics.h"
+#include "base/SystemFileLayer.h"
+#include "platform/MorvoHome.h"
 #include "platform/linux/InstanceMessage.h"
 
-#include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
@@ -10,6 +13,7 @@
 #include <QLocalSocket>
 #include <QThread>
 #include <QTimer>
+#include <QUuid>
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -19,13 +23,13 @@
 namespace morvo {
 namespace {
 
-/// A first instance that has just taken the lock opens its socket a moment later.
+/// Between two looks for the first instance's socket.
 constexpr std::chrono::milliseconds connectPause{20};
 /// A connection that has not said its words by then is cut off.
 constexpr std::chrono::seconds longestConnection{5};
 constexpr mode_t ownerOnly = 0700;
 constexpr mode_t openToOthers = 0077;
-constexpr int hashLetters = 16;
+constexpr std::uint32_t ownerOnlyFile = 0600;
 
 /// Whether it is a folder (no link) that belongs to this user and that nobody else may enter.
 bool isPrivateFolder(const QString &path) {
@@ -49,11 +53,9 @@ QString findFolder(const Environment &environment) {
   return isPrivateFolder(folder) ? folder : QString();
 }
 
-QString nameOf(const HomeFolder &home) {
-  const QString canonical = QFileInfo(home.path).canonicalFilePath();
-  const QByteArray hash = QCryptographicHash::hash(
-      QFile::encodeName(canonical.isEmpty() ? home.path : canonical), QCryptographicHash::Sha256);
-  return QStringLiteral("morvobar-") + QString::fromLatin1(hash.toHex().first(hashLetters));
+/// Different for each first instance, so that none meets the socket of a killed one.
+QString socketName() {
+  return QStringLiteral("morvobar-") + QUuid::createUuid().toString(QUuid::Id128);
 }
 
 bool isSameUser(const QLocalSocket &socket) {
@@ -64,11 +66,17 @@ bool isSameUser(const QLocalSocket &socket) {
          peer.uid == ::getuid();
 }
 
-bool connectUntil(QLocalSocket &socket, const QString &path, const QDeadlineTimer &deadline) {
+bool connectUntil(QLocalSocket &socket, const QString &announcement,
+                  const QDeadlineTimer &deadline) {
+  SystemFileLayer files;
   for (;;) {
-    socket.connectToServer(path);
-    if (socket.waitForConnected(static_cast<int>(deadline.remainingTime()))) {
-      return true;
+    // Read anew each time: a first instance that has just begun announces its socket a moment
+    // later.
+    if (const auto path = files.read(announcement)) {
+      socket.connectToServer(QFile::decodeName(*path));
+      if (socket.waitForConnected(static_cast<int>(deadline.remainingTime()))) {
+        return true;
+      }
     }
     if (deadline.hasExpired()) {
       return false;
@@ -81,27 +89,38 @@ bool connectUntil(QLocalSocket &socket, const QString &path, const QDeadlineTime
 
 LocalSingleInstance::LocalSingleInstance(const HomeFolder &home, const Environment &environment,
                                          std::chrono::milliseconds deadline)
-    : m_folder(findFolder(environment)), m_name(nameOf(home)), m_deadline(deadline) {}
+    : m_home(home), m_socketFolder(findFolder(environment)), m_deadline(deadline) {}
 
 LocalSingleInstance::~LocalSingleInstance() {
   // The socket goes before the lock, so that whoever is first next never meets a socket of ours.
-  m_server.reset();
+  if (m_server) {
+    m_server.reset();
+    QFile::remove(file(QStringLiteral("instance.socket")));
+  }
   m_lock.reset();
 }
 
+QString LocalSingleInstance::file(const QString &name) const {
+  return MorvoHome::directory(m_home) + u'/' + name;
+}
+
 SingleInstance::Role LocalSingleInstance::settle(const QStringList &words) {
-  if (m_folder.isEmpty()) {
-    return Role::failed;
-  }
-  m_lock = std::make_unique<QLockFile>(m_folder + u'/' + m_name + QStringLiteral(".lock"));
+  MorvoHome::ensure(m_home);
+  m_lock = std::make_unique<QLockFile>(file(QStringLiteral("instance.lock")));
   // Never stale by age, only by the death of its process.
   m_lock->setStaleLockTime(std::chrono::milliseconds::zero());
   if (m_lock->tryLock(0)) {
-    return listen() ? Role::first : Role::failed;
+    if (!listen()) {
+      Diagnostics::line(u"INSTANCE", u"no folder for a socket: later starts cannot be heard");
+    }
+    return Role::first;
   }
   const bool isHeld = m_lock->error() == QLockFile::LockFailedError;
   m_lock.reset();
-  return isHeld && handOver(words) ? Role::handedOver : Role::failed;
+  if (!isHeld) {
+    return Role::unsettled;
+  }
+  return handOver(words) ? Role::handedOver : Role::unreachable;
 }
 
 void LocalSingleInstance::onWords(std::function<void(QStringList)> handler) {
@@ -112,13 +131,38 @@ void LocalSingleInstance::onWords(std::function<void(QStringList)> handler) {
 }
 
 bool LocalSingleInstance::listen() {
-  const QString path = m_folder + u'/' + m_name + QStringLiteral(".socket");
+  if (m_socketFolder.isEmpty()) {
+    return false;
+  }
+  const QString path = m_socketFolder + u'/' + socketName();
   m_server = std::make_unique<QLocalServer>();
   m_server->setSocketOptions(QLocalServer::UserAccessOption);
   QObject::connect(m_server.get(), &QLocalServer::newConnection, m_server.get(),
                    [this] { takeConnections(); });
-  QLocalServer::removeServer(path);
-  return m_server->listen(path);
+  if (!m_server->listen(path)) {
+    m_server.reset();
+    return false;
+  }
+  announce(path);
+  return true;
+}
+
+void LocalSingleInstance::announce(const QString &socketPath) {
+  SystemFileLayer files;
+  const QString announcement = file(QStringLiteral("instance.socket"));
+  // What a killed instance left behind goes with its announcement.
+  if (const auto stale = files.read(announcement)) {
+    const QString left = QFile::decodeName(*stale);
+    if (QFileInfo(left).fileName().startsWith(QStringLiteral("morvobar-"))) {
+      QLocalServer::removeServer(left);
+    }
+  }
+  if (const auto written =
+          AtomicFile::write(files, announcement, QFile::encodeName(socketPath),
+                            {.mode = ownerOnlyFile, .forceMode = true, .directoryMode = ownerOnly});
+      !written) {
+    Diagnostics::line(u"INSTANCE", written.error().message());
+  }
 }
 
 bool LocalSingleInstance::handOver(const QStringList &words) const {
@@ -128,7 +172,7 @@ bool LocalSingleInstance::handOver(const QStringList &words) const {
   }
   const QDeadlineTimer deadline(m_deadline);
   QLocalSocket socket;
-  if (!connectUntil(socket, m_folder + u'/' + m_name + QStringLiteral(".socket"), deadline)) {
+  if (!connectUntil(socket, file(QStringLiteral("instance.socket")), deadline)) {
     return false;
   }
   socket.write(*message);

@@ -13,9 +13,10 @@
 
 namespace morvo {
 
-/// One instance for a user and home folder: a lock file decides who is first, a local socket beside
-/// it takes the words of later starts. Both survive a killed first instance. Needs the event loop
-/// to take words; `settle` itself works without one.
+/// One instance for a home folder: a lock file in its `.morvo` decides who is first, whatever the
+/// environment of the start; a local socket takes the words of later starts, and a file beside the
+/// lock says where it stands, since a home's path may be too long for a socket. All of it survives a
+/// killed first instance. Needs the event loop to take words; `settle` itself works without one.
 class LocalSingleInstance final : public SingleInstance {
 public:
   /// A later start waits so long, all in all, for the first instance to take its words.
@@ -23,8 +24,9 @@ public:
   /// Words longer than this, together and encoded, are refused.
   static constexpr qsizetype longestWords = qsizetype{64} << 10U;
 
-  /// The lock and the socket stand in `XDG_RUNTIME_DIR`; where that is missing or not the user's
-  /// own, in a folder of the user's below the temporary folder.
+  /// The socket stands in `XDG_RUNTIME_DIR`; where that is missing or not the user's own, in a
+  /// folder of the user's below the temporary folder. A first instance that finds no folder for it
+  /// takes no words.
   LocalSingleInstance(const HomeFolder &home, const Environment &environment,
                       std::chrono::milliseconds deadline = handOverDeadline);
   LocalSingleInstance(const LocalSingleInstance &) = delete;
@@ -36,14 +38,16 @@ public:
   void onWords(std::function<void(QStringList)> handler) override;
 
 private:
+  [[nodiscard]] QString file(const QString &name) const;
   [[nodiscard]] bool listen();
+  void announce(const QString &socketPath);
   [[nodiscard]] bool handOver(const QStringList &words) const;
   void takeConnections();
   void take(QLocalSocket &socket);
   void deliver();
 
-  QString m_folder;
-  QString m_name;
+  HomeFolder m_home;
+  QString m_socketFolder;
   std::chrono::milliseconds m_deadline;
   std::unique_ptr<QLockFile> m_lock;
   std::unique_ptr<QLocalServer> m_server;

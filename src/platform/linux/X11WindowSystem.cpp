@@ -47,7 +47,10 @@ void setRectangles(xcb_connection_t *connection, QWindow &window, xcb_shape_sk_t
 
 X11WindowSystem::X11WindowSystem() {
   if (const auto *native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    // Null on platforms of Qt that only offer the interface.
     m_connection = native->connection();
+  }
+  if (m_connection != nullptr) {
     m_watch = std::make_unique<CompositorWatch>(m_connection, screenNumber);
   }
 }
