@@ -38,16 +38,16 @@
 namespace morvo::MorvoBarApp {
 namespace {
 
-const QString usage = QStringLiteral(
-    "用法：morvobar [命令]\n"
-    "\n"
-    "  （无命令）           启动；已在运行时打开面板\n"
-    "  connect <agent>      连接 claude、codex、gemini 或 cursor\n"
-    "  disconnect <agent>   断开\n"
-    "  status               各 agent 的连接状态，以及什么会挡住事件\n"
-    "  quit                 退出正在运行的 MorvoBar\n"
-    "\n"
-    "connect、disconnect、status 可加 --json。\n");
+const QString usage =
+    QStringLiteral("用法：morvobar [命令]\n"
+                   "\n"
+                   "  （无命令）           启动；已在运行时打开面板\n"
+                   "  connect <agent>      连接 claude、codex、gemini 或 cursor\n"
+                   "  disconnect <agent>   断开\n"
+                   "  status               各 agent 的连接状态，以及什么会挡住事件\n"
+                   "  quit                 退出正在运行的 MorvoBar\n"
+                   "\n"
+                   "connect、disconnect、status 可加 --json。\n");
 
 /// In points; the tray scales it for the screen.
 constexpr int trayIconSize = 18;
@@ -155,10 +155,9 @@ private:
 
   [[nodiscard]] std::vector<QIcon> idleFrames(const QString &personaId) {
     std::vector<QIcon> icons;
-    std::ranges::transform(
-        m_menubarFrames.idle(personaId, trayIconSize, qApp->devicePixelRatio()),
-        std::back_inserter(icons),
-        [](const QImage &image) { return QIcon(QPixmap::fromImage(image)); });
+    std::ranges::transform(m_menubarFrames.idle(personaId, trayIconSize, qApp->devicePixelRatio()),
+                           std::back_inserter(icons),
+                           [](const QImage &image) { return QIcon(QPixmap::fromImage(image)); });
     return icons;
   }
 

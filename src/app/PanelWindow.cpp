@@ -89,8 +89,7 @@ void PanelWindow::closeWhenInactive() {
 }
 
 bool PanelWindow::hasJustClosedItself() const {
-  return m_sinceClosedItself.isValid() &&
-         !m_sinceClosedItself.hasExpired(sameClick.count());
+  return m_sinceClosedItself.isValid() && !m_sinceClosedItself.hasExpired(sameClick.count());
 }
 
 } // namespace morvo

@@ -196,7 +196,8 @@ QCoro::Task<> PetStore::load(bool updateChatHealth) {
   const std::stop_token stop = m_stop.get_token();
   std::optional<Quota> quota;
   if (m_parts.cloud) {
-    m_parts.cloud->setAccessToken(m_parts.secrets.read(SecretItems::authService, SecretItems::accessTokenAccount));
+    m_parts.cloud->setAccessToken(
+        m_parts.secrets.read(SecretItems::authService, SecretItems::accessTokenAccount));
     quota = co_await m_parts.cloud->sync();
     if (stop.stop_requested()) {
       co_return;

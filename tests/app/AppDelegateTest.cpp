@@ -38,9 +38,11 @@ public:
   }
   void close() override { visible = false; }
   [[nodiscard]] bool isShown() const override { return visible; }
+  [[nodiscard]] bool hasJustClosedItself() const override { return justClosed; }
   void setTransient(bool value) override { transient = value; }
 
   bool visible = false;
+  bool justClosed = false;
   bool transient = true;
   std::optional<QRect> shownBy;
 };
@@ -180,6 +182,36 @@ TEST_F(AppDelegateTest, APendingApprovalShowsTheRedDotFromTheNextTickOn) {
   EXPECT_EQ(colorAt(m_tray.icon, 9, 9), QColor(Qt::cyan));
 }
 
+TEST_F(AppDelegateTest, AMarkWithAWarningStandsInWhileSomethingWaits) {
+  m_frames.clear();
+  launch();
+  const QImage quiet = m_tray.icon.pixmap(QSize(36, 36)).toImage();
+  sendPermission(QStringLiteral("a"), QStringLiteral("Bash"), {});
+  advance(110ms);
+  EXPECT_NE(m_tray.icon.pixmap(QSize(36, 36)).toImage(), quiet);
+}
+
+TEST_F(AppDelegateTest, AClickOnTheIconThatAlreadyClosedThePanelDoesNotOpenItAgain) {
+  launch();
+  m_panel->justClosed = true;
+  m_tray.click();
+  EXPECT_FALSE(m_panel->visible);
+}
+
+TEST_F(AppDelegateTest, ThePanelShowsWhatTheAgentsFilesHoldNow) {
+  launch();
+  connector(0).connected = true;
+  EXPECT_FALSE(m_delegate->store()->claudeConnected());
+  m_tray.click();
+  EXPECT_TRUE(m_delegate->store()->claudeConnected());
+}
+
+TEST_F(AppDelegateTest, AChangedAppearanceReachesTheWholeApplication) {
+  launch();
+  m_delegate->store()->announceAppearanceChange();
+  EXPECT_EQ(m_appearances, 2);
+}
+
 TEST_F(AppDelegateTest, AClickOnTheIconOpensAndClosesThePanelBesideIt) {
   launch();
   m_tray.click();
@@ -201,6 +233,24 @@ TEST_F(AppDelegateTest, LinksHandedOverAreOpenedInOrder) {
   m_delegate->open({QStringLiteral("morvopet://a"), QStringLiteral("morvopet://b")});
   EXPECT_EQ(m_urls, (QStringList{QStringLiteral("morvopet://a"), QStringLiteral("morvopet://b")}));
   EXPECT_FALSE(m_panel->visible);
+}
+
+TEST_F(AppDelegateTest, OnlyLinksOfTheOwnSchemeInAnyCaseAndTheWordQuitAreUnderstood) {
+  for (const char16_t *word : {u"morvopet://a", u"MORVOPET://a", u"morvopet:a", u"quit"}) {
+    EXPECT_TRUE(AppDelegate::understands(QString::fromUtf16(word)));
+  }
+  for (const char16_t *word : {u"https://a", u"morvopet", u"", u"Quit", u"-x"}) {
+    EXPECT_FALSE(AppDelegate::understands(QString::fromUtf16(word)));
+  }
+}
+
+TEST_F(AppDelegateTest, AnEmptyShowPanelVariableAndAnyShowPetButOneDoNothing) {
+  m_environment.insert(QStringLiteral("MORVO_SHOW_PANEL"), QString());
+  m_environment.insert(QStringLiteral("MORVO_SHOW_PET"), QStringLiteral("yes"));
+  launch();
+  advance(2s);
+  EXPECT_FALSE(m_panel->visible);
+  EXPECT_TRUE(m_delegate->store()->reply().isEmpty());
 }
 
 TEST_F(AppDelegateTest, ShowPanelOpensItAfterAMomentAndKeepsItOpen) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Scheduler.h"
 #include "cloud/PetCloud.h"
 #include "monitor/AgentConnector.h"
 #include "monitor/FleetSource.h"
@@ -65,22 +66,35 @@ public:
   std::function<void()> activated;
 };
 
+/// Lets a second pass on the scheduler, if there is one.
+inline QCoro::Task<> pause(Scheduler *scheduler) {
+  if (scheduler != nullptr) {
+    co_await scheduler->sleep(std::chrono::seconds(1));
+  }
+}
+
 class FakeCloud final : public PetCloud {
 public:
   [[nodiscard]] bool hasSession() const override { return session; }
   void setAccessToken(const std::optional<QString> &token) override { accessToken = token; }
   [[nodiscard]] QCoro::Task<std::optional<Quota>> sync() override {
     ++syncs;
-    co_return answer;
+    const auto given = answer;
+    co_await pause(gate);
+    co_return given;
   }
   [[nodiscard]] QCoro::Task<std::optional<Quota>> interact(QString type) override {
     interactions.append(type);
-    co_return answer;
+    const auto given = answer;
+    co_await pause(gate);
+    co_return given;
   }
   void postSignals(const QList<QJsonObject> &signals) override { posted.append(signals); }
 
   bool session = false;
   std::optional<Quota> answer;
+  /// Answers take a second of this scheduler's time; without one they come at once.
+  Scheduler *gate = nullptr;
   std::optional<QString> accessToken;
   int syncs = 0;
   QStringList interactions;
@@ -105,22 +119,28 @@ class FakeFleet final : public FleetSource {
 public:
   [[nodiscard]] QCoro::Task<std::vector<FleetSession>> scan() override {
     ++scans;
-    co_return sessions;
+    const auto result = sessions;
+    co_await pause(gate);
+    co_return result;
   }
 
   std::vector<FleetSession> sessions;
   int scans = 0;
+  Scheduler *gate = nullptr;
 };
 
 class FakeUsage final : public UsageSource {
 public:
   [[nodiscard]] QCoro::Task<Capture> capture() override {
     ++captures;
-    co_return result;
+    const auto captured = result;
+    co_await pause(gate);
+    co_return captured;
   }
 
   Capture result;
   int captures = 0;
+  Scheduler *gate = nullptr;
 };
 
 /// Signals that the test sends.

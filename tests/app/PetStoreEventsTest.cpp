@@ -148,6 +148,8 @@ TEST_F(PetStoreEventsTest,
   const auto shown = m_notifications.shown.size();
   sendAgent(QStringLiteral("running"));
   EXPECT_EQ(m_body.reactions.back(), QStringLiteral("greet"));
+  EXPECT_FALSE(m_store->recentDone().has_value());
+  EXPECT_EQ(m_store->attentionHeadline(), QStringLiteral("都安静 · 没有要你拍板的事"));
   EXPECT_EQ(m_body.bubbles.size(), bubbles);
   EXPECT_EQ(m_speech.spoken.size(), spoken);
   EXPECT_EQ(m_notifications.shown.size(), shown);

@@ -72,9 +72,42 @@ TEST_F(PetStoreStartTest, EveryPublishedFieldIsAPropertyWithASignal) {
 }
 
 TEST_F(PetStoreStartTest, TheChatIsBeingCheckedUntilTheFirstAnswer) {
+  m_cloud.gate = &m_scheduler;
+  start();
+  EXPECT_EQ(m_store->chatHealth(), ChatHealth::checking);
+  advance(1s);
+  EXPECT_EQ(m_store->chatHealth(), ChatHealth::serverOffline);
+}
+
+TEST_F(PetStoreStartTest, WithoutACloudTheChatIsOffline) {
   m_ownedCloud.reset();
   start();
   EXPECT_EQ(m_store->chatHealth(), ChatHealth::serverOffline);
+}
+
+TEST_F(PetStoreStartTest, TheKeyringsArrivalAsksTheCloudAgain) {
+  start();
+  EXPECT_EQ(m_cloud.syncs, 1);
+  m_secrets.save(QStringLiteral("token"), QStringLiteral("ai.zentaro.morvopet.auth"),
+                 QStringLiteral("access_token"));
+  m_secrets.load();
+  EXPECT_EQ(m_cloud.syncs, 2);
+  EXPECT_EQ(m_cloud.accessToken, QStringLiteral("token"));
+}
+
+TEST_F(PetStoreStartTest, AnswersThatComeAfterTheStoreHasGoneFindNothing) {
+  set(SettingKeys::fleet, true);
+  set(SettingKeys::captureUsage, true);
+  m_cloud.gate = &m_scheduler;
+  m_fleet.gate = &m_scheduler;
+  m_usage.gate = &m_scheduler;
+  start();
+  m_store->feed();
+  m_secrets.load();
+  m_store.reset();
+  m_secrets.load();
+  advance(10s);
+  EXPECT_EQ(m_body.visibility.size(), 1);
 }
 
 TEST_F(PetStoreStartTest, StoredScaleAndOpacityReachThePet) {
