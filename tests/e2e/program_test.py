@@ -1,0 +1,166 @@
+"""The program as a process: instances, commands, hostile homes. Needs no display."""
+
+import json
+import os
+import pathlib
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+PROGRAM = os.environ["MORVO_PROGRAM"]
+DEADLINE = 60.0
+
+
+class ProgramTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="morvobar 测试 ")
+        self.addCleanup(folder.cleanup)
+        self.home = pathlib.Path(folder.name) / "home"
+        self.home.mkdir()
+        self.runtime = pathlib.Path(folder.name) / "runtime"
+        self.runtime.mkdir(mode=0o700)
+        self.environment = {
+            key: value
+            for key, value in os.environ.items()
+            if not key.startswith(("MORVO", "QT_", "XDG_", "DBUS_", "DISPLAY", "WAYLAND"))
+        }
+        self.environment.update(
+            MORVO_HOME=str(self.home),
+            XDG_RUNTIME_DIR=str(self.runtime),
+            QT_QPA_PLATFORM="offscreen",
+            LC_ALL="C.UTF-8",
+        )
+        self.running = []
+        self.addCleanup(self.end_all)
+
+    def end_all(self):
+        for process in self.running:
+            if process.poll() is None:
+                process.kill()
+            process.wait()
+            process.stderr.close()
+
+    def run_program(self, *words, **changes):
+        environment = {**self.environment, **changes}
+        return subprocess.run([PROGRAM, *words], env=environment, capture_output=True,
+                              encoding="utf-8", timeout=DEADLINE, check=False)
+
+    def start(self, **changes):
+        """Starts the program and waits until it watches the inbox."""
+        process = subprocess.Popen(
+            [PROGRAM], env={**self.environment, "MORVO_DEBUG": "1", **changes},
+            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, encoding="utf-8")
+        self.running.append(process)
+        self.wait_for_line(process, "[INBOX] watcher started")
+        return process
+
+    def wait_for_line(self, process, text):
+        seen = []
+        for line in process.stderr:
+            seen.append(line)
+            if text in line:
+                return seen
+        self.fail(f"{text!r} was not said: {seen}")
+
+    def test_a_second_start_hands_its_words_over(self):
+        first = self.start()
+        for words in [[], ["morvopet://login?code=x"]]:
+            self.assertEqual(self.run_program(*words).returncode, 0)
+        other_place = self.run_program(XDG_RUNTIME_DIR="/nonexistent")
+        self.assertEqual(other_place.returncode, 0, other_place.stderr)
+        self.assertIsNone(first.poll())
+
+    def test_a_killed_instance_leaves_its_place(self):
+        self.start().kill()
+        second = self.start()
+        self.assertEqual(self.run_program().returncode, 0)
+        self.assertIsNone(second.poll())
+
+    def test_a_stopped_instance_is_reported(self):
+        first = self.start()
+        first.send_signal(signal.SIGSTOP)
+        second = self.run_program()
+        first.send_signal(signal.SIGCONT)
+        self.assertEqual(second.returncode, 1)
+        self.assertIn("没有回应", second.stderr)
+
+    def test_quit_ends_the_running_instance(self):
+        first = self.start()
+        self.assertEqual(self.run_program("quit").returncode, 0)
+        first.stderr.read()
+        self.assertEqual(first.wait(DEADLINE), 0)
+        self.assertEqual(self.run_program("quit").returncode, 1)
+
+    def test_unknown_words_are_refused(self):
+        for words in [["conect", "claude"], ["connect", "nobody"], ["connect"], ["https://x"]]:
+            result = self.run_program(*words)
+            self.assertEqual(result.returncode, 2, words)
+            self.assertTrue(result.stderr, words)
+
+    def test_commands_need_no_display(self):
+        del self.environment["QT_QPA_PLATFORM"]
+        connected = self.run_program("connect", "claude", "--json")
+        self.assertEqual(connected.returncode, 0, connected.stderr)
+        status = json.loads(self.run_program("status", "--json").stdout)
+        self.assertEqual([agent["id"] for agent in status["agents"] if agent["connected"]],
+                         ["claude"])
+        self.assertEqual(self.run_program("disconnect", "claude").returncode, 0)
+        self.assertEqual(self.run_program().returncode, 1)
+
+    def test_the_self_test_leaves_the_real_settings_alone(self):
+        real = self.home / ".claude" / "settings.json"
+        real.parent.mkdir()
+        real.write_text('{"theme": "dark"}')
+        elsewhere = self.home / "elsewhere.json"
+        result = self.run_program(MORVO_CONNECT_TEST="1", MORVO_SETTINGS_PATH=str(elsewhere))
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(result.stderr.splitlines(), [
+            "[CONNECT] after connect#1: isConnected=true",
+            "[CONNECT] after connect#2(幂等): 命令出现 3 次(每事件1次=3次合理)",
+            "[CONNECT] after disconnect: isConnected=false",
+        ])
+        self.assertEqual(real.read_text(), '{"theme": "dark"}')
+        self.assertEqual(json.loads(elsewhere.read_text()), {})
+
+    def test_home_is_never_looked_at(self):
+        decoy = self.home.parent / "decoy"
+        decoy.mkdir()
+        self.run_program("connect", "claude", HOME=str(decoy))
+        self.assertEqual(list(decoy.iterdir()), [])
+        self.assertTrue((self.home / ".morvo" / "hook.sh").exists())
+
+    def test_a_fifo_among_the_files_does_not_hang_the_start(self):
+        pet = self.home / ".morvo" / "pets" / "morvo"
+        pet.mkdir(parents=True)
+        for name in ["lines.json", "voice.json", "profile.json", "manifest.json"]:
+            os.mkfifo(pet / name)
+        (self.home / ".claude").mkdir()
+        os.mkfifo(self.home / ".claude" / "settings.json")
+        program = self.start()
+        self.wait_for_line(program, "[DESKPET] shown at")
+        self.assertEqual(self.run_program().returncode, 0)
+
+    def test_a_burst_of_ten_thousand_lines_is_handled(self):
+        program = self.start()
+        lines = b"".join(
+            b'{"kind":"agent","status":"done","provider":"claude","label":"%d"}\n' % number
+            for number in range(10000))
+        with open(self.home / ".morvo" / "inbox.jsonl", "ab", buffering=0) as inbox:
+            inbox.write(lines)
+        self.wait_for_line(program, "drain newBytes=")
+        parsed = 0
+        while parsed < 10000:
+            self.wait_for_line(program, "line parsed, signals=1")
+            parsed += 1
+        begin = time.monotonic()
+        self.assertEqual(self.run_program("quit").returncode, 0)
+        program.stderr.read()
+        self.assertEqual(program.wait(DEADLINE), 0)
+        # What was still in flight is dropped: the end never waits for a backlog.
+        self.assertLess(time.monotonic() - begin, DEADLINE)
+
+
+if __name__ == "__main__":
+    unittest.main()
