@@ -71,11 +71,10 @@ bool DesktopPetController::react(const QString &kind) {
   const bool onDesktop = m_scene.react(kind);
   const bool inPopover = m_popoverScene.react(kind);
   if (m_window) {
-    const auto before = m_window->drawings();
-    m_window->wake();
-    if (m_window->drawings() != before) {
-      tell(QStringLiteral("drew ") + kind);
+    if (onDesktop && isDebugging()) {
+      m_window->onNextDrawing([this, kind] { tell(QStringLiteral("drew ") + kind); });
     }
+    m_window->wake();
   }
   return onDesktop || inPopover;
 }
@@ -167,8 +166,12 @@ void DesktopPetController::show() {
   tell(QStringLiteral("shown at %1 win=%2").arg(described(place)).arg(m_window->winId()));
 }
 
+bool DesktopPetController::isDebugging() const {
+  return m_setting.environment().isOne(QStringLiteral("MORVO_DEBUG"));
+}
+
 void DesktopPetController::tell(const QString &text) const {
-  if (m_setting.environment().isOne(QStringLiteral("MORVO_DEBUG"))) {
+  if (isDebugging()) {
     Diagnostics::line(u"DESKPET", text);
   }
 }
@@ -206,7 +209,10 @@ void DesktopPetController::watchScreen(QScreen *screen) {
 }
 
 QRect DesktopPetController::defaultPlace(QSize size) {
-  const QScreen *screen = QGuiApplication::primaryScreen();
+  const auto screens = QGuiApplication::screens();
+  const auto atOrigin = std::ranges::find_if(
+      screens, [](const QScreen *screen) { return screen->geometry().topLeft().isNull(); });
+  const QScreen *screen = atOrigin != screens.end() ? *atOrigin : QGuiApplication::primaryScreen();
   return PanelGeometry::defaultPlace(size, screen ? screen->availableGeometry() : QRect());
 }
 

@@ -78,6 +78,7 @@ private:
   void watchScreen(QScreen *screen);
   [[nodiscard]] static QRect defaultPlace(QSize size);
   [[nodiscard]] BubbleLook bubbleLook() const;
+  [[nodiscard]] bool isDebugging() const;
   /// A line on standard error, while `MORVO_DEBUG` is "1".
   void tell(const QString &text) const;
 

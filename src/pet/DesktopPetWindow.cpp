@@ -10,12 +10,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace morvo {
 namespace {
 
 /// Between the pictures of a fade.
 constexpr Duration fadeStep = std::chrono::nanoseconds(std::chrono::seconds(1)) / 60;
+/// Orders that follow each other faster share a picture: the eye sees no more, and a burst of
+/// events must not wait for a drawing each.
+constexpr Duration leastBetweenOrders = fadeStep;
 /// Moving further than this with the button down is no click.
 constexpr double clickReach = 3;
 /// A pixel of the full pet that is fainter than this is only its glow.
@@ -118,13 +122,29 @@ void DesktopPetWindow::exposeEvent(QExposeEvent * /*event*/) {
     return;
   }
   m_ground.scene.advance(m_ground.clock.instant());
-  draw(QRect(QPoint(), size()));
+  const bool isDrawn = m_store.size() == size() && m_drawnRevision == m_ground.scene.revision() &&
+                       !m_bubble.isRunning();
+  if (isDrawn) {
+    // Only uncovered, as happens with each new outline where nothing composes: show it again.
+    m_store.flush(QRect(QPoint(), size()));
+    if (m_timer.isActive()) {
+      return;
+    }
+  } else {
+    draw(QRect(QPoint(), size()));
+  }
   arm();
 }
 
 void DesktopPetWindow::wake() {
-  if (!m_retired && isExposed()) {
+  if (m_retired || !isExposed()) {
+    return;
+  }
+  const Duration sinceDrawing = m_ground.clock.instant() - m_drawnAt;
+  if (sinceDrawing >= leastBetweenOrders) {
     tick();
+  } else {
+    m_timer = m_ground.scheduler.after(leastBetweenOrders - sinceDrawing, [this] { tick(); });
   }
 }
 
@@ -191,7 +211,11 @@ void DesktopPetWindow::draw(const QRegion &changed) {
   m_store.endPaint();
   m_store.flush(dirty);
   m_bubble.settle(now);
+  m_drawnAt = now;
   ++m_drawings;
+  if (const auto drawn = std::exchange(m_onNextDrawing, nullptr)) {
+    drawn();
+  }
 }
 
 const QImage *DesktopPetWindow::canvas() {
@@ -243,6 +267,14 @@ void DesktopPetWindow::compositingChanged() {
 void DesktopPetWindow::mousePressEvent(QMouseEvent *event) {
   if (event->button() == Qt::LeftButton) {
     m_pressedAt = event->globalPosition();
+    m_moved = false;
+  }
+}
+
+void DesktopPetWindow::mouseMoveEvent(QMouseEvent *event) {
+  if (m_pressedAt) {
+    const QPointF way = event->globalPosition() - *m_pressedAt;
+    m_moved = m_moved || std::hypot(way.x(), way.y()) > clickReach;
   }
 }
 
@@ -250,9 +282,9 @@ void DesktopPetWindow::mouseReleaseEvent(QMouseEvent *event) {
   if (event->button() != Qt::LeftButton || !m_pressedAt) {
     return;
   }
-  const QPointF moved = event->globalPosition() - *m_pressedAt;
+  mouseMoveEvent(event);
   m_pressedAt.reset();
-  if (std::hypot(moved.x(), moved.y()) <= clickReach && m_onClick) {
+  if (!m_moved && !m_retired && m_onClick) {
     // The handler may take this window away, and the function with it.
     const auto onClick = m_onClick;
     onClick();

@@ -38,8 +38,11 @@ public:
   void resizeTo(const QRect &place, int spriteSide);
   /// Takes the window off the screen for good; it touches nothing of its ground afterwards.
   void retire();
-  /// The scene was told something: looks at once whether to draw, and when to look again.
+  /// The scene was told something: looks whether to draw, at once or with the next picture where
+  /// orders come faster than pictures, and when to look again.
   void wake();
+  /// Calls `handler` once, after the next picture.
+  void onNextDrawing(std::function<void()> handler) { m_onNextDrawing = std::move(handler); }
   /// Opacity of the sprite, 0 to 1, by which its pixels are judged empty.
   void setSpriteOpacity(double opacity) { m_spriteOpacity = opacity; }
   void setBubble(const QString &text, const BubbleLook &look);
@@ -53,6 +56,7 @@ public:
 protected:
   void exposeEvent(QExposeEvent *event) override;
   void mousePressEvent(QMouseEvent *event) override;
+  void mouseMoveEvent(QMouseEvent *event) override;
   void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
@@ -77,10 +81,14 @@ private:
   Instant m_nextTick;
   std::uint64_t m_drawnRevision = 0;
   std::uint64_t m_drawings = 0;
+  Instant m_drawnAt;
+  std::function<void()> m_onNextDrawing;
   Instant m_regionsAt;
   QRegion m_inputRegion;
   std::optional<QRegion> m_shape;
   std::optional<QPointF> m_pressedAt;
+  /// The press has become a drag; it stays one, also when it comes back.
+  bool m_moved = false;
   bool m_retired = false;
 };
 

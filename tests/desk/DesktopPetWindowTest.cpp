@@ -85,6 +85,30 @@ TEST_F(DesktopPetWindowTest, DrawsNothingWhileNothingIsToldAndNoTimePasses) {
   EXPECT_EQ(window.drawings(), before);
 }
 
+TEST_F(DesktopPetWindowTest, ABurstOfOrdersIsNotDrawnOneByOne) {
+  DesktopPetWindow &window = shown();
+  m_scheduler.advance(seconds(1));
+  const std::uint64_t before = window.drawings();
+  for (int i = 0; i < 1000; ++i) {
+    ASSERT_TRUE(m_controller->react(QStringLiteral("celebrate")));
+  }
+  EXPECT_LE(window.drawings() - before, 1U);
+  m_scheduler.advance(seconds(0.1));
+  EXPECT_GE(window.drawings() - before, 2U);
+  EXPECT_LE(window.drawings() - before, 5U);
+}
+
+TEST_F(DesktopPetWindowTest, AnUncoveredWindowShowsItsPictureWithoutDrawingItAgain) {
+  DesktopPetWindow &window = shown();
+  m_scheduler.advance(seconds(1));
+  const std::uint64_t before = window.drawings();
+  const Duration untilNext = m_scheduler.untilNext();
+  QExposeEvent uncovered(QRegion(0, 0, 10, 10));
+  QCoreApplication::sendEvent(&window, &uncovered);
+  EXPECT_EQ(window.drawings(), before);
+  EXPECT_EQ(m_scheduler.untilNext(), untilNext);
+}
+
 TEST_F(DesktopPetWindowTest, AFadeOfTheBubbleIsDrawnSmoothlyThenEnds) {
   DesktopPetWindow &window = shown();
   const std::uint64_t before = window.drawings();
@@ -167,6 +191,15 @@ TEST_F(DesktopPetWindowTest, AMoveOfThreePointsIsStillAClickAndAnyMoreIsNone) {
   EXPECT_EQ(m_interactions.taps, 1);
   click(window, {150, 300}, {153, 301});
   EXPECT_EQ(m_interactions.taps, 1);
+}
+
+TEST_F(DesktopPetWindowTest, ADragThatComesBackToItsBeginningIsNoClick) {
+  DesktopPetWindow &window = shown();
+  mouse(window, QEvent::MouseButtonPress, Qt::LeftButton, {150, 300});
+  mouse(window, QEvent::MouseMove, Qt::LeftButton, {190, 300});
+  mouse(window, QEvent::MouseMove, Qt::LeftButton, {150, 300});
+  mouse(window, QEvent::MouseButtonRelease, Qt::LeftButton, {150, 300});
+  EXPECT_EQ(m_interactions.taps, 0);
 }
 
 TEST_F(DesktopPetWindowTest, OtherButtonsAndALonelyReleaseAreNoClick) {
