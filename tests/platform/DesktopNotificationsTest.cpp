@@ -5,6 +5,8 @@
 
 #include <QDBusContext>
 #include <QDBusMessage>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -38,11 +40,13 @@ public:
 
   QStringList m_capabilities{QStringLiteral("body"), QStringLiteral("actions")};
   std::vector<Shown> m_shown;
+  int m_asked = 0;
   bool m_refuses = false;
   bool m_hangs = false;
 
 public Q_SLOTS:
   QStringList GetCapabilities() {
+    ++m_asked;
     setDelayedReply(m_hangs);
     return m_capabilities;
   }
@@ -71,6 +75,37 @@ namespace {
 using namespace std::chrono_literals;
 using test::runUntil;
 
+const QString notificationsName = QStringLiteral("org.freedesktop.Notifications");
+
+/// A service that the bus starts. It clicks on whatever it is shown, and ends when shown "end".
+const QByteArray startedService = R"(
+import os, dbus, dbus.service
+from dbus.mainloop.glib import DBusGMainLoop
+from gi.repository import GLib
+DBusGMainLoop(set_as_default=True)
+NAME = 'org.freedesktop.Notifications'
+class Service(dbus.service.Object):
+    @dbus.service.method(NAME, out_signature='as')
+    def GetCapabilities(self):
+        return ['body', 'actions']
+    @dbus.service.method(NAME, in_signature='susssasa{sv}i', out_signature='u')
+    def Notify(self, application, replaced, icon, title, body, actions, hints, timeout):
+        GLib.idle_add(self.ActionInvoked, 7, 'default')
+        if title == 'end':
+            GLib.idle_add(self.end)
+        return 7
+    @dbus.service.signal(NAME, signature='us')
+    def ActionInvoked(self, number, action):
+        pass
+    def end(self):
+        bus.flush()
+        os._exit(0)
+bus = dbus.SessionBus()
+service = Service(bus, '/org/freedesktop/Notifications')
+owned = dbus.service.BusName(NAME, bus)
+GLib.MainLoop().run()
+)";
+
 class DesktopNotificationsTest : public testing::Test {
 protected:
   void startServer() { m_server = std::make_unique<NotificationServer>(m_bus.connect()); }
@@ -85,6 +120,14 @@ protected:
     EXPECT_TRUE(runUntil([this] { return !m_server->m_shown.empty(); }));
     return m_server->m_shown.empty() ? NotificationServer::Shown{} : m_server->m_shown.back();
   }
+  /// Lets the bus start a service at the first call.
+  void offerService() {
+    QFile script(m_folder.filePath(QStringLiteral("service.py")));
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+    script.write(startedService);
+    script.close();
+    m_bus.startOnDemand(notificationsName, QStringLiteral("/usr/bin/python3 ") + script.fileName());
+  }
   /// Messages on one connection keep their order: what was sent before has arrived.
   void settle() {
     const int failures = m_failures;
@@ -95,6 +138,7 @@ protected:
     }));
   }
 
+  QTemporaryDir m_folder;
   test::PrivateBus m_bus;
   std::unique_ptr<NotificationServer> m_server;
   std::unique_ptr<DesktopNotifications> m_notifications;
@@ -213,6 +257,81 @@ TEST_F(DesktopNotificationsTest, AServiceThatGoesIsNoticed) {
   ASSERT_EQ(shown().title, QStringLiteral("t"));
   m_server.reset();
   EXPECT_TRUE(runUntil([this] { return !m_notifications->isAvailable(); }));
+}
+
+TEST_F(DesktopNotificationsTest, AServiceThatTheBusCanStartIsStartedByTheFirstNotification) {
+  offerService();
+  open(10min);
+  ASSERT_FALSE(m_bus.hasName(notificationsName));
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_TRUE(runUntil([this] { return m_activations == 1; }));
+  EXPECT_TRUE(m_bus.hasName(notificationsName));
+  EXPECT_EQ(m_failures, 0);
+}
+
+TEST_F(DesktopNotificationsTest, AServiceThatTheBusCanStartStaysAvailableWhenItEnds) {
+  offerService();
+  open(10min);
+  show(QStringLiteral("end"), QStringLiteral("b"));
+  ASSERT_TRUE(runUntil([this] { return m_activations == 1; }));
+  ASSERT_TRUE(runUntil([this] { return !m_bus.hasName(notificationsName); }));
+  bool wasAvailable = true;
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_TRUE(runUntil([&] {
+    wasAvailable = wasAvailable && m_notifications->isAvailable();
+    return m_activations == 2;
+  }));
+  EXPECT_TRUE(wasAvailable);
+  EXPECT_EQ(m_failures, 0);
+}
+
+TEST_F(DesktopNotificationsTest, AServiceThatTheBusFailsToStartCountsAsARefusal) {
+  m_bus.startOnDemand(notificationsName, m_folder.filePath(QStringLiteral("missing")));
+  open(10min);
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_TRUE(runUntil([this] { return m_failures == 1; }));
+}
+
+TEST_F(DesktopNotificationsTest, AnotherServiceIsAskedAnewWhatItCanDo) {
+  startServer();
+  m_server->m_capabilities << QStringLiteral("body-markup");
+  open();
+  show(QStringLiteral("t"), QStringLiteral("<"));
+  ASSERT_EQ(shown().body, QStringLiteral("&lt;"));
+  m_server.reset();
+  ASSERT_TRUE(runUntil([this] { return !m_notifications->isAvailable(); }));
+  startServer();
+  ASSERT_TRUE(runUntil([this] { return m_notifications->isAvailable(); }));
+  show(QStringLiteral("t"), QStringLiteral("<"));
+  EXPECT_EQ(shown().body, QStringLiteral("<"));
+}
+
+TEST_F(DesktopNotificationsTest, ClicksOnWhatAServiceShowedThatIsGoneAreNotTold) {
+  startServer();
+  open();
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  ASSERT_EQ(shown().title, QStringLiteral("t"));
+  m_server.reset();
+  ASSERT_TRUE(runUntil([this] { return !m_notifications->isAvailable(); }));
+  startServer();
+  ASSERT_TRUE(runUntil([this] { return m_notifications->isAvailable(); }));
+  Q_EMIT m_server->ActionInvoked(41, QStringLiteral("default"));
+  settle();
+  EXPECT_EQ(m_activations, 0);
+}
+
+TEST_F(DesktopNotificationsTest, TheEndOfTheBusIsTheFailureOfWhatIsStillPending) {
+  startServer();
+  m_server->m_hangs = true;
+  open(10min);
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  ASSERT_TRUE(runUntil([this] { return m_server->m_asked > 0; }));
+  EXPECT_EQ(m_failures, 0);
+  m_bus.end();
+  EXPECT_TRUE(runUntil([this] { return m_failures == 1; }));
+  EXPECT_FALSE(m_notifications->isAvailable());
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  EXPECT_TRUE(runUntil([this] { return m_failures == 2; }));
 }
 
 TEST_F(DesktopNotificationsTest, WithoutABusAShowFailsLater) {

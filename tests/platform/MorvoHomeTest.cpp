@@ -9,8 +9,11 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <array>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace morvo {
@@ -57,6 +60,59 @@ TEST(HomeFoldersTest, HomeIsNeverLookedAt) {
   const Environment environment{{{QStringLiteral("HOME"), QStringLiteral("/elsewhere")},
                                  {QStringLiteral("MORVO_HOME"), QString()}}};
   EXPECT_EQ(HomeFolders::find(environment).path, QDir::cleanPath(QFile::decodeName(entry->pw_dir)));
+}
+
+/// A process of its own whose environment names these homes.
+class HomeOfAProcessTest : public testing::Test {
+protected:
+  /// What the process finds, after it has set its home up there if told to.
+  [[nodiscard]] QString found(bool setsUp = false) const {
+    std::array<int, 2> pipe{};
+    EXPECT_EQ(::pipe2(pipe.data(), O_CLOEXEC), 0);
+    const pid_t process = ::fork();
+    if (process == 0) {
+      qputenv("HOME", QFile::encodeName(m_home.path()));
+      if (m_namesHome) {
+        qputenv("MORVO_HOME", QFile::encodeName(m_named.path()));
+      } else {
+        qunsetenv("MORVO_HOME");
+      }
+      const HomeFolder home = HomeFolders::find(Environment::ofProcess());
+      if (setsUp) {
+        MorvoHome::ensure(home);
+      }
+      const QByteArray path = QFile::encodeName(home.path);
+      ::_exit(::write(pipe[1], path.constData(), static_cast<std::size_t>(path.size())) ==
+                      path.size()
+                  ? 0
+                  : 1);
+    }
+    ::close(pipe[1]);
+    QFile answer;
+    EXPECT_TRUE(answer.open(pipe[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+    const QByteArray path = answer.readAll();
+    int status = -1;
+    EXPECT_EQ(::waitpid(process, &status, 0), process);
+    EXPECT_EQ(status, 0);
+    return QFile::decodeName(path);
+  }
+
+  bool m_namesHome = false;
+  QTemporaryDir m_home;
+  QTemporaryDir m_named;
+};
+
+TEST_F(HomeOfAProcessTest, ItsVariableHomeIsNeverUsed) {
+  const passwd *entry = ::getpwuid(::getuid());
+  ASSERT_NE(entry, nullptr);
+  EXPECT_EQ(found(), QDir::cleanPath(QFile::decodeName(entry->pw_dir)));
+}
+
+TEST_F(HomeOfAProcessTest, AHomeOfItsOwnTakesAllFilesAndTheOtherNone) {
+  m_namesHome = true;
+  EXPECT_EQ(found(true), m_named.path());
+  EXPECT_TRUE(QFileInfo::exists(m_named.filePath(QStringLiteral(".morvo/inbox.jsonl"))));
+  EXPECT_TRUE(QDir(m_home.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST(L10nTest, TheFirstPreferredLanguageDecides) {

@@ -177,6 +177,23 @@ TEST_F(SettingTest, NumbersHaveTheirDefaults) {
   EXPECT_EQ(m_setting.captureSeconds(), 60);
 }
 
+TEST_F(SettingTest, EachNumberIsReadUnderItsName) {
+  const std::pair<QString, double (Setting::*)() const> numbers[]{
+      {QStringLiteral("morvo.set.fontScale"), &Setting::fontScale},
+      {QStringLiteral("morvo.set.petOpacity"), &Setting::petOpacity},
+      {QStringLiteral("morvo.pet.scale"), &Setting::petScale},
+      {QStringLiteral("morvo.set.bubbleDwell"), &Setting::bubbleDwell},
+      {QStringLiteral("morvo.set.proactiveMinInterval"), &Setting::proactiveMinInterval},
+      {QStringLiteral("morvo.set.proactiveDedupWindow"), &Setting::proactiveDedupWindow}};
+  for (const auto &[name, read] : numbers) {
+    const double standard = (m_setting.*read)();
+    m_store.set(name, -1.0);
+    EXPECT_LT((m_setting.*read)(), standard) << name.toStdString();
+  }
+  m_store.set(QStringLiteral("morvo.set.captureSeconds"), 7);
+  EXPECT_EQ(m_setting.captureSeconds(), 7);
+}
+
 struct Clamp {
   const char *name;
   QString key;

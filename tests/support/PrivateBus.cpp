@@ -3,6 +3,7 @@
 #include "support/RunUntil.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QFile>
 
 namespace morvo::test {
@@ -12,6 +13,7 @@ constexpr auto addressVariable = "DBUS_SESSION_BUS_ADDRESS";
 
 QByteArray configuration(const QString &folder) {
   return QStringLiteral("<busconfig><type>session</type><listen>unix:path=%1/bus</listen>"
+                        "<servicedir>%1</servicedir>"
                         "<auth>EXTERNAL</auth><policy context=\"default\">"
                         "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
                         "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>")
@@ -64,6 +66,17 @@ bool PrivateBus::waitForName(const QString &name) const {
 
 bool PrivateBus::hasName(const QString &name) const {
   return m_control.interface()->isServiceRegistered(name).value();
+}
+
+void PrivateBus::startOnDemand(const QString &name, const QString &command) {
+  QFile file(m_folder.filePath(name + QStringLiteral(".service")));
+  if (file.open(QIODevice::WriteOnly)) {
+    file.write(QStringLiteral("[D-BUS Service]\nName=%1\nExec=%2\n").arg(name, command).toUtf8());
+    file.close();
+  }
+  const QString bus = QStringLiteral("org.freedesktop.DBus");
+  m_control.call(QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus,
+                                                QStringLiteral("ReloadConfig")));
 }
 
 void PrivateBus::end() {

@@ -7,8 +7,9 @@
 
 namespace morvo::test {
 
-/// A session bus of the test's own that starts no services. While it lives it is the session bus of
-/// this process's later connections and of the programs the process starts.
+/// A session bus of the test's own that starts no services but those it is told of. While it lives
+/// it is the session bus of this process's later connections and of the programs the process
+/// starts.
 class PrivateBus {
 public:
   PrivateBus();
@@ -23,6 +24,9 @@ public:
   /// Waits, with the event loop running, until the name has an owner; false when it takes too long.
   [[nodiscard]] bool waitForName(const QString &name) const;
   [[nodiscard]] bool hasName(const QString &name) const;
+  /// From now on the bus starts the program when somebody calls the name. What it starts must end
+  /// with the bus.
+  void startOnDemand(const QString &name, const QString &command);
   /// The bus dies.
   void end();
 
