@@ -131,7 +131,7 @@ void AppDelegate::showPopover() {
   m_popover->show(m_parts.statusItem.geometry());
 }
 
-void AppDelegate::applyAppearance() { m_parts.applyAppearance(); }
+void AppDelegate::applyAppearance() const { m_parts.applyAppearance(); }
 
 void AppDelegate::loadFrames(const QString &personaId) {
   m_frames = m_parts.idleFrames(personaId);

@@ -58,7 +58,7 @@ public:
   void togglePopover();
   /// Brings up the panel, or brings it to the front.
   void showPopover();
-  void applyAppearance();
+  void applyAppearance() const;
   /// Shows the next frame in the tray; the red dot while an approval is pending.
   void tickFrame();
 

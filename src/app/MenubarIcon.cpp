@@ -43,7 +43,7 @@ QIcon title(bool pending) {
   painter.drawText(pixmap.rect(), Qt::AlignCenter,
                    pending ? speciesMark + warningMark : speciesMark);
   painter.end();
-  return QIcon(pixmap);
+  return {pixmap};
 }
 
 } // namespace morvo::MenubarIcon

@@ -268,7 +268,7 @@ int run(int argc, char **argv) {
     return failure;
   }
   X11Platform::chooseQtPlatform(surroundings.environment);
-  QApplication application(argc, argv);
+  const QApplication application(argc, argv);
   QGuiApplication::setQuitOnLastWindowClosed(false);
   return runDesktop(surroundings, QCoreApplication::arguments().sliced(1));
 }

@@ -127,45 +127,53 @@ public:
 
   /// Does all of the store's start-up: state from disk, loops, inbox, pet.
   explicit PetStore(Parts parts);
+  PetStore(const PetStore &) = delete;
+  PetStore &operator=(const PetStore &) = delete;
   ~PetStore() override;
 
   // Published state.
-  [[nodiscard]] QString mood() const { return m_mood; }
-  [[nodiscard]] Needs needs() const { return m_needs; }
-  [[nodiscard]] Quota quota() const { return m_quota; }
-  [[nodiscard]] bool isConnected() const { return m_connected; }
-  [[nodiscard]] QString reply() const { return m_reply; }
-  [[nodiscard]] bool isThinking() const { return m_thinking; }
-  [[nodiscard]] ChatHealth chatHealth() const { return m_chatHealth; }
-  [[nodiscard]] std::vector<ChatMessage> messages() const { return m_messages; }
-  [[nodiscard]] QStringList sources() const { return m_sources; }
-  [[nodiscard]] std::vector<DetectedAgent> detected() const { return m_detected; }
-  [[nodiscard]] bool claudeConnected() const { return m_claudeConnected; }
-  [[nodiscard]] bool codexConnected() const { return m_codexConnected; }
-  [[nodiscard]] bool geminiConnected() const { return m_geminiConnected; }
-  [[nodiscard]] bool cursorConnected() const { return m_cursorConnected; }
-  [[nodiscard]] MorvoPersona persona() const { return m_persona; }
-  [[nodiscard]] std::vector<FleetSession> fleet() const { return m_fleet; }
-  [[nodiscard]] std::vector<SourceLoad> sourceLoads() const { return m_sourceLoads; }
-  [[nodiscard]] std::vector<AttentionItem> attentionItems() const { return m_attentionItems; }
-  [[nodiscard]] QString attentionHeadline() const { return m_attentionHeadline; }
-  [[nodiscard]] QString attentionExplain() const { return m_attentionExplain; }
-  [[nodiscard]] GrowthState growth() const { return m_growth; }
-  [[nodiscard]] double petScale() const override { return m_petScale; }
-  [[nodiscard]] double petOpacity() const { return m_petOpacity; }
-  [[nodiscard]] std::optional<PermRequest> pendingApproval() const { return m_pendingApproval; }
-  [[nodiscard]] VoiceProfile voiceProfile() const { return m_voiceProfile; }
-  [[nodiscard]] VoiceHealth voiceHealth() const { return m_voiceHealth; }
-  [[nodiscard]] PetProfile profile() const { return m_profile; }
-  [[nodiscard]] bool isCloning() const { return m_cloning; }
-  [[nodiscard]] std::optional<QString> genProgress() const { return m_genProgress; }
-  [[nodiscard]] double genFraction() const { return m_genFraction; }
-  [[nodiscard]] std::optional<QString> genError() const { return m_genError; }
-  [[nodiscard]] bool productAccessGranted() const { return m_productAccessGranted; }
-  [[nodiscard]] QString chatAccessLabel() const { return m_chatAccessLabel; }
-  [[nodiscard]] QString imageAccessLabel() const { return m_imageAccessLabel; }
-  [[nodiscard]] std::optional<QString> accessApplyMessage() const { return m_accessApplyMessage; }
-  [[nodiscard]] UsageStats usage() const { return m_usage; }
+  [[nodiscard]] QString mood() const { return m_mood.value(); }
+  [[nodiscard]] Needs needs() const { return m_needs.value(); }
+  [[nodiscard]] Quota quota() const { return m_quota.value(); }
+  [[nodiscard]] bool isConnected() const { return m_connected.value(); }
+  [[nodiscard]] QString reply() const { return m_reply.value(); }
+  [[nodiscard]] bool isThinking() const { return m_thinking.value(); }
+  [[nodiscard]] ChatHealth chatHealth() const { return m_chatHealth.value(); }
+  [[nodiscard]] std::vector<ChatMessage> messages() const { return m_messages.value(); }
+  [[nodiscard]] QStringList sources() const { return m_sources.value(); }
+  [[nodiscard]] std::vector<DetectedAgent> detected() const { return m_detected.value(); }
+  [[nodiscard]] bool claudeConnected() const { return m_claudeConnected.value(); }
+  [[nodiscard]] bool codexConnected() const { return m_codexConnected.value(); }
+  [[nodiscard]] bool geminiConnected() const { return m_geminiConnected.value(); }
+  [[nodiscard]] bool cursorConnected() const { return m_cursorConnected.value(); }
+  [[nodiscard]] MorvoPersona persona() const { return m_persona.value(); }
+  [[nodiscard]] std::vector<FleetSession> fleet() const { return m_fleet.value(); }
+  [[nodiscard]] std::vector<SourceLoad> sourceLoads() const { return m_sourceLoads.value(); }
+  [[nodiscard]] std::vector<AttentionItem> attentionItems() const {
+    return m_attentionItems.value();
+  }
+  [[nodiscard]] QString attentionHeadline() const { return m_attentionHeadline.value(); }
+  [[nodiscard]] QString attentionExplain() const { return m_attentionExplain.value(); }
+  [[nodiscard]] GrowthState growth() const { return m_growth.value(); }
+  [[nodiscard]] double petScale() const override { return m_petScale.value(); }
+  [[nodiscard]] double petOpacity() const { return m_petOpacity.value(); }
+  [[nodiscard]] std::optional<PermRequest> pendingApproval() const {
+    return m_pendingApproval.value();
+  }
+  [[nodiscard]] VoiceProfile voiceProfile() const { return m_voiceProfile.value(); }
+  [[nodiscard]] VoiceHealth voiceHealth() const { return m_voiceHealth.value(); }
+  [[nodiscard]] PetProfile profile() const { return m_profile.value(); }
+  [[nodiscard]] bool isCloning() const { return m_cloning.value(); }
+  [[nodiscard]] std::optional<QString> genProgress() const { return m_genProgress.value(); }
+  [[nodiscard]] double genFraction() const { return m_genFraction.value(); }
+  [[nodiscard]] std::optional<QString> genError() const { return m_genError.value(); }
+  [[nodiscard]] bool productAccessGranted() const { return m_productAccessGranted.value(); }
+  [[nodiscard]] QString chatAccessLabel() const { return m_chatAccessLabel.value(); }
+  [[nodiscard]] QString imageAccessLabel() const { return m_imageAccessLabel.value(); }
+  [[nodiscard]] std::optional<QString> accessApplyMessage() const {
+    return m_accessApplyMessage.value();
+  }
+  [[nodiscard]] UsageStats usage() const { return m_usage.value(); }
 
   // State that is not published.
   [[nodiscard]] const std::optional<RecentDone> &recentDone() const { return m_recentDone; }

@@ -23,10 +23,11 @@ public:
                                          std::chrono::milliseconds::zero(), longestInterval);
     m_timer->setSingleShot(!repeating);
     m_timer->setTimerType(milliseconds < preciseBelow ? Qt::PreciseTimer : Qt::CoarseTimer);
-    // The work may destroy this state: the copy keeps it alive until it has returned.
-    QObject::connect(m_timer.get(), &QTimer::timeout, [work = m_work] {
-      const auto running = work;
-      (*running)();
+    // The work may destroy this state: it is kept alive until it has returned.
+    QObject::connect(m_timer.get(), &QTimer::timeout, [work = std::weak_ptr(m_work)] {
+      if (const auto running = work.lock()) {
+        (*running)();
+      }
     });
     m_timer->start(milliseconds);
   }

@@ -154,7 +154,7 @@ FileLayer::Result<void> SystemFileLayer::makeDirectories(const QString &path, st
     }
   }
   if (::mkdir(QFile::encodeName(path).constData(), static_cast<mode_t>(mode)) != 0 &&
-      !(errno == EEXIST && QFileInfo(path).isDir())) {
+      (errno != EEXIST || !QFileInfo(path).isDir())) {
     return failure("mkdir", path);
   }
   return {};

@@ -8,9 +8,9 @@ namespace {
 /// How one status of an agent is answered where the pack does not say otherwise.
 struct Answer {
   QStringView status;
-  PetEventKind event;
+  PetEventKind event{};
   QStringView action;
-  bool notify;
+  bool notify = false;
   std::optional<LineBucket> bucket;
 };
 
