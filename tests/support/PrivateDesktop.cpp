@@ -4,7 +4,9 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QProcessEnvironment>
+#include <QTimer>
 
+#include <chrono>
 #include <csignal>
 #include <sys/prctl.h>
 
@@ -30,7 +32,9 @@ bool PrivateDesktop::startServer(QSize screen) {
   // The server picks a free display and writes its number.
   start(m_server, QStringLiteral("Xvfb"),
         {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-         QStringLiteral("0"), geometry, QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+         QStringLiteral("0"), geometry, QStringLiteral("-nolisten"), QStringLiteral("tcp"),
+         // Without this the server starts over, windows and all, whenever its last client leaves.
+         QStringLiteral("-noreset")});
   QByteArray number;
   while (!number.endsWith('\n') && m_server.waitForReadyRead(patience)) {
     number += m_server.readAllStandardOutput();
@@ -44,17 +48,17 @@ bool PrivateDesktop::startServer(QSize screen) {
 }
 
 bool PrivateDesktop::startWindowManager() {
-  start(m_windowManager, QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
-  const QDeadlineTimer deadline(patience);
-  while (!deadline.hasExpired()) {
-    const QString check =
-        output(QStringLiteral("xprop"),
-               {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")});
-    if (check.contains(u'#')) {
-      return true;
-    }
+  // It runs the command when it is through with its start. Before that it already calls itself the
+  // window manager, but drops the windows that ask to be shown.
+  const QByteArray word("ready");
+  start(m_windowManager, QStringLiteral("openbox"),
+        {QStringLiteral("--sm-disable"), QStringLiteral("--startup"),
+         QStringLiteral("echo ") + QString::fromLatin1(word)});
+  QByteArray said;
+  while (!said.contains(word) && m_windowManager.waitForReadyRead(patience)) {
+    said += m_windowManager.readAllStandardOutput();
   }
-  return false;
+  return said.contains(word);
 }
 
 void PrivateDesktop::startCompositor() {
@@ -81,12 +85,15 @@ QString PrivateDesktop::output(const QString &program, const QStringList &argume
 
 bool PrivateDesktop::waitUntil(const std::function<bool()> &condition) {
   const QDeadlineTimer deadline(patience);
+  // Wakes the loop for conditions that no event announces.
+  constexpr std::chrono::milliseconds slice(20);
+  QTimer wake;
+  wake.start(slice);
   while (!condition()) {
     if (deadline.hasExpired()) {
       return false;
     }
-    constexpr int slice = 50;
-    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, slice);
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
   }
   return true;
 }
