@@ -20,7 +20,7 @@ run_packages=(
 )
 # The private desktop of the demonstration and of the window tests.
 desktop_packages=(
-  xvfb xauth openbox picom trayer xdotool x11-utils x11-xserver-utils imagemagick dunst
+  xvfb xauth openbox picom trayer xdotool x11-utils x11-xserver-utils hsetroot imagemagick dunst
 )
 test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
