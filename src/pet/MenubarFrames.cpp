@@ -55,6 +55,20 @@ std::vector<QImage> MenubarFrames::idle(const QString &personaId, int px, double
   if (known != m_icons.constEnd()) {
     return *known;
   }
+  std::vector<QImage> icons = bakedCells(personaId);
+  if (icons.empty()) {
+    icons = cells(personaId);
+  }
+  for (QImage &icon : icons) {
+    icon = fit(icon, px, devicePixelRatio);
+  }
+  if (!icons.empty()) {
+    m_icons.insert(personaId, icons);
+  }
+  return icons;
+}
+
+std::vector<QImage> MenubarFrames::cells(const QString &personaId) const {
   const QStringList files = frameURLs(personaId);
   std::vector<QImage> images;
   std::optional<QRectF> bbox;
@@ -66,37 +80,62 @@ std::vector<QImage> MenubarFrames::idle(const QString &personaId, int px, double
     }
   }
   for (QImage &image : images) {
-    image = cropAndFit(image, bbox.value_or(QRectF(0, 0, 1, 1)), px, gridCells, devicePixelRatio);
-  }
-  if (!images.empty()) {
-    m_icons.insert(personaId, images);
+    image = reduced(image, bbox.value_or(QRectF(0, 0, 1, 1)), gridCells);
   }
   return images;
 }
 
-QImage MenubarFrames::cropAndFit(const QImage &image, const QRectF &bbox, int px, int grid,
-                                 double devicePixelRatio) {
+QString MenubarFrames::bakedFolder(const PetFiles &files, const QString &personaId) {
+  return files.resources + QStringLiteral("/menubar/") + personaId;
+}
+
+std::vector<QImage> MenubarFrames::bakedCells(const QString &personaId) const {
+  const QStringList folders = m_files.candidates(personaId, idleState);
+  if (folders.isEmpty() || MorvoSprites::diskPNGs(folders.front())) {
+    return {};
+  }
+  const auto files = MorvoSprites::diskPNGs(bakedFolder(m_files, personaId));
+  std::vector<QImage> images;
+  for (const QString &file : MorvoSprites::sortFrameURLs(files.value_or(QStringList()))) {
+    QImage image = FrameFile::decode(file).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull()) {
+      return {};
+    }
+    images.push_back(std::move(image));
+  }
+  return images;
+}
+
+QImage MenubarFrames::reduced(const QImage &image, const QRectF &bbox, int grid) {
   const QRect crop = cropOf(image, bbox);
   const QImage cropped = crop.isEmpty() ? image : image.copy(crop);
   const double reduction = std::min(static_cast<double>(grid) / cropped.width(),
                                     static_cast<double>(grid) / cropped.height());
   const QSize cells(std::max(qRound(reduction * cropped.width()), 1),
                     std::max(qRound(reduction * cropped.height()), 1));
-  const QImage coarse = cropped.convertToFormat(QImage::Format_ARGB32_Premultiplied)
-                            .scaled(cells, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  return cropped.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+      .scaled(cells, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage MenubarFrames::fit(const QImage &cells, int px, double devicePixelRatio) {
   const int side = qRound(px * devicePixelRatio);
   QImage icon(side, side, QImage::Format_ARGB32_Premultiplied);
   icon.fill(Qt::transparent);
   const double cell = std::min(static_cast<double>(side) / cells.width(),
                                static_cast<double>(side) / cells.height());
-  const QSizeF drawn = QSizeF(cells) * cell;
+  const QSizeF drawn = QSizeF(cells.size()) * cell;
   QPainter painter(&icon);
   painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
   painter.drawImage(QRectF(QPointF((side - drawn.width()) / 2, (side - drawn.height()) / 2), drawn),
-                    coarse);
+                    cells);
   painter.end();
   icon.setDevicePixelRatio(devicePixelRatio);
   return icon;
+}
+
+QImage MenubarFrames::cropAndFit(const QImage &image, const QRectF &bbox, int px, int grid,
+                                 double devicePixelRatio) {
+  return fit(reduced(image, bbox, grid), px, devicePixelRatio);
 }
 
 } // namespace morvo

@@ -29,7 +29,17 @@ public:
   [[nodiscard]] static QImage cropAndFit(const QImage &image, const QRectF &bbox, int px, int grid,
                                          double devicePixelRatio);
 
+  /// The icons' cells, one pixel each, made from the frames by decoding them.
+  [[nodiscard]] std::vector<QImage> cells(const QString &personaId) const;
+  /// Where the build leaves the cells of a built-in pet as 0.png, 1.png, …, so that no start of the
+  /// program decodes the frames for them. Used while no "idle" of the user's takes its place.
+  [[nodiscard]] static QString bakedFolder(const PetFiles &files, const QString &personaId);
+
 private:
+  [[nodiscard]] std::vector<QImage> bakedCells(const QString &personaId) const;
+  [[nodiscard]] static QImage reduced(const QImage &image, const QRectF &bbox, int grid);
+  [[nodiscard]] static QImage fit(const QImage &cells, int px, double devicePixelRatio);
+
   PetFiles m_files;
   QHash<QString, std::vector<QImage>> m_icons;
 };

@@ -1,6 +1,7 @@
 #include "pet/MorvoSprites.h"
 
 #include "pet/AlphaBounds.h"
+#include "pet/ContentFile.h"
 #include "pet/FrameFile.h"
 #include "pet/NaturalOrder.h"
 #include "pet/PetPackStore.h"
@@ -249,19 +250,24 @@ QRectF MorvoSprites::unionOfContents() const {
 }
 
 QRectF MorvoSprites::contentRect() {
-  if (m_contentRect) {
-    return *m_contentRect;
+  if (!m_contentRect) {
+    const bool isBuiltIn = PetFiles::isPlainName(m_persona) && !isDiskBakedPersona();
+    const auto told =
+        isBuiltIn ? ContentFile::read(m_files.resourceDirectory(m_persona)) : std::nullopt;
+    m_contentRect = told ? *told : measuredContentRect();
   }
+  return *m_contentRect;
+}
+
+QRectF MorvoSprites::measuredContentRect() const {
   const QRectF box = unionOfContents();
   if (box.width() <= leastContent || box.height() <= leastContent) {
-    m_contentRect = wholeFrame;
     return wholeFrame;
   }
   const double side = std::min(std::max(box.width(), box.height()) + 2 * contentMargin, 1.0);
   const double x = std::clamp(box.center().x() - side / 2, 0.0, 1 - side);
   const double top = std::clamp(box.center().y() - side / 2, 0.0, 1 - side);
-  m_contentRect = QRectF(x, 1 - (top + side), side, side);
-  return *m_contentRect;
+  return {x, 1 - (top + side), side, side};
 }
 
 } // namespace morvo

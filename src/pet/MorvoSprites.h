@@ -40,8 +40,11 @@ public:
   /// Files that stand in for a missing "idle" of a pet of the user's; nothing when it has none.
   [[nodiscard]] std::optional<QStringList> anyAvailableState() const;
   /// The square that holds the content of all frames, in fractions of a frame, from its bottom
-  /// left corner; the whole frame when there is no content to speak of. Kept like the frames.
+  /// left corner; the whole frame when there is no content to speak of. Kept like the frames. A
+  /// built-in pet brings it in `ContentFile`; for any other its frames are decoded.
   [[nodiscard]] QRectF contentRect();
+  /// The same by decoding all frames, which takes a second for a pet of 150.
+  [[nodiscard]] QRectF measuredContentRect() const;
 
   /// The folder of a state in the user's pet folder; the pet folder itself for an empty state.
   [[nodiscard]] QString diskDir(const QString &state) const;

@@ -1,4 +1,7 @@
 #include "base/Json.h"
+#include "pet/ContentFile.h"
+#include "pet/MenubarFrames.h"
+#include "pet/MorvoSprites.h"
 
 #include <gtest/gtest.h>
 
@@ -6,6 +9,7 @@
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cmath>
@@ -143,6 +147,31 @@ TEST(PetArtTest, SpeaksInSevenScenesInShortLines) {
       EXPECT_GE(line.toString().size(), 8) << line.toString().toStdString();
       EXPECT_LE(line.toString().size(), 22) << line.toString().toStdString();
     }
+  }
+}
+
+TEST(PetArtTest, TheCropSquareTakenAtBuildTimeIsTheOneTheFramesGive) {
+  const QTemporaryDir home;
+  const PetFiles files{.home = HomeFolder{home.path()},
+                       .resources = QStringLiteral(MORVO_PET_RESOURCES)};
+  MorvoSprites sprites(files);
+  ASSERT_TRUE(ContentFile::read(petFolder()));
+  EXPECT_EQ(sprites.contentRect(), *ContentFile::read(petFolder()));
+  EXPECT_EQ(sprites.contentRect(), sprites.measuredContentRect());
+}
+
+TEST(PetArtTest, TheIconsTakenAtBuildTimeAreTheOnesTheFramesGive) {
+  const QTemporaryDir home;
+  const PetFiles files{.home = HomeFolder{home.path()},
+                       .resources = QStringLiteral(MORVO_PET_RESOURCES)};
+  const QString pet = QStringLiteral("morvo");
+  const auto computed = MenubarFrames(files).cells(pet);
+  ASSERT_EQ(computed.size(), 12U);
+  const QDir folder(MenubarFrames::bakedFolder(files, pet));
+  EXPECT_EQ(folder.entryList(QDir::Files).size(), 12);
+  for (std::size_t index = 0; index < computed.size(); ++index) {
+    const QImage baked(folder.filePath(QStringLiteral("%1.png").arg(index)));
+    EXPECT_EQ(baked.convertToFormat(QImage::Format_ARGB32_Premultiplied), computed[index]) << index;
   }
 }
 

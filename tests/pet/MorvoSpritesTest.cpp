@@ -1,5 +1,6 @@
 #include "pet/MorvoSprites.h"
 
+#include "pet/ContentFile.h"
 #include "pet/PetFolder.h"
 
 #include <gmock/gmock.h>
@@ -238,6 +239,34 @@ TEST_F(MorvoSpritesTest, aPetWithoutAnyFrameShowsItsWholeNothing) {
   EXPECT_EQ(m_sprites.contentRect(), QRectF(0, 0, 1, 1));
   EXPECT_FALSE(m_sprites.anyAvailableState());
   EXPECT_FALSE(MorvoSprites::diskPNGs(m_folder.path(QStringLiteral("nowhere"))));
+}
+
+TEST_F(MorvoSpritesTest, aBuiltInPetBringsItsContentSquare) {
+  PetFolder::fill(m_folder.builtInFolder(pet, idle), 2);
+  const QRectF square(0.25, 0.125, 0.5, 0.5);
+  ASSERT_TRUE(ContentFile::write(m_folder.files().resourceDirectory(pet), square));
+  EXPECT_EQ(m_sprites.contentRect(), square);
+  EXPECT_EQ(m_sprites.measuredContentRect(), QRectF(0, 0, 1, 1));
+}
+
+TEST_F(MorvoSpritesTest, theUsersFramesAreMeasuredWhateverTheBuiltInPetBrings) {
+  PetFolder::fill(m_folder.stateFolder(pet, idle), 2);
+  PetFolder::fill(m_folder.builtInFolder(pet, idle), 1);
+  ASSERT_TRUE(
+      ContentFile::write(m_folder.files().resourceDirectory(pet), QRectF(0.25, 0.125, 0.5, 0.5)));
+  EXPECT_EQ(m_sprites.contentRect(), QRectF(0, 0, 1, 1));
+}
+
+TEST_F(MorvoSpritesTest, aContentFileThatHoldsNoSquareIsMeasuredOver) {
+  PetFolder::fill(m_folder.builtInFolder(pet, idle), 2);
+  for (const char *text : {"", "[]", "{}", "{\"x\":0,\"y\":0,\"width\":0,\"height\":1}",
+                           "{\"x\":0.5,\"y\":0,\"width\":0.6,\"height\":1}",
+                           "{\"x\":-0.1,\"y\":0,\"width\":0.5,\"height\":0.5}"}) {
+    PetFolder::write(m_folder.files().resourceDirectory(pet) + QStringLiteral("/content.json"),
+                     text);
+    m_sprites.setPersona(pet);
+    EXPECT_EQ(m_sprites.contentRect(), QRectF(0, 0, 1, 1)) << text;
+  }
 }
 
 } // namespace
