@@ -77,7 +77,8 @@ using test::runUntil;
 
 const QString notificationsName = QStringLiteral("org.freedesktop.Notifications");
 
-/// A service that the bus starts. It clicks on whatever it is shown, and ends when shown "end".
+/// A service that the bus starts. It clicks again and again on what it has shown, since a click may
+/// overtake the answer that tells the notification's number. It ends when shown "end".
 const QByteArray startedService = R"(
 import os, dbus, dbus.service
 from dbus.mainloop.glib import DBusGMainLoop
@@ -90,16 +91,16 @@ class Service(dbus.service.Object):
         return ['body', 'actions']
     @dbus.service.method(NAME, in_signature='susssasa{sv}i', out_signature='u')
     def Notify(self, application, replaced, icon, title, body, actions, hints, timeout):
-        GLib.idle_add(self.ActionInvoked, 7, 'default')
         if title == 'end':
-            GLib.idle_add(self.end)
+            GLib.idle_add(os._exit, 0)
+        GLib.timeout_add(20, self.click)
         return 7
+    def click(self):
+        self.ActionInvoked(7, 'default')
+        return True
     @dbus.service.signal(NAME, signature='us')
     def ActionInvoked(self, number, action):
         pass
-    def end(self):
-        bus.flush()
-        os._exit(0)
 bus = dbus.SessionBus()
 service = Service(bus, '/org/freedesktop/Notifications')
 owned = dbus.service.BusName(NAME, bus)
@@ -264,7 +265,7 @@ TEST_F(DesktopNotificationsTest, AServiceThatTheBusCanStartIsStartedByTheFirstNo
   open(10min);
   ASSERT_FALSE(m_bus.hasName(notificationsName));
   show(QStringLiteral("t"), QStringLiteral("b"));
-  EXPECT_TRUE(runUntil([this] { return m_activations == 1; }));
+  EXPECT_TRUE(runUntil([this] { return m_activations > 0; }));
   EXPECT_TRUE(m_bus.hasName(notificationsName));
   EXPECT_EQ(m_failures, 0);
 }
@@ -272,17 +273,21 @@ TEST_F(DesktopNotificationsTest, AServiceThatTheBusCanStartIsStartedByTheFirstNo
 TEST_F(DesktopNotificationsTest, AServiceThatTheBusCanStartStaysAvailableWhenItEnds) {
   offerService();
   open(10min);
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  ASSERT_TRUE(runUntil([this] { return m_activations > 0; }));
+  // Its end comes before or instead of an answer.
   show(QStringLiteral("end"), QStringLiteral("b"));
-  ASSERT_TRUE(runUntil([this] { return m_activations == 1; }));
   ASSERT_TRUE(runUntil([this] { return !m_bus.hasName(notificationsName); }));
   bool wasAvailable = true;
   show(QStringLiteral("t"), QStringLiteral("b"));
   EXPECT_TRUE(runUntil([&] {
     wasAvailable = wasAvailable && m_notifications->isAvailable();
-    return m_activations == 2;
+    return m_bus.hasName(notificationsName);
   }));
+  m_activations = 0;
+  EXPECT_TRUE(runUntil([this] { return m_activations > 0; }));
   EXPECT_TRUE(wasAvailable);
-  EXPECT_EQ(m_failures, 0);
+  EXPECT_LE(m_failures, 1);
 }
 
 TEST_F(DesktopNotificationsTest, AServiceThatTheBusFailsToStartCountsAsARefusal) {

@@ -31,6 +31,11 @@ struct ValueUnref {
 };
 using Value = std::unique_ptr<SecretValue, ValueUnref>;
 
+struct ItemsUnref {
+  void operator()(GList *items) const { g_list_free_full(items, g_object_unref); }
+};
+using Items = std::unique_ptr<GList, ItemsUnref>;
+
 /// An out-parameter for GLib's errors. Their texts go nowhere: they may quote what was sent.
 class Error {
 public:
@@ -95,16 +100,18 @@ public:
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
   ~Session() {
+    g_main_context_push_thread_default(m_context);
     close();
+    // What the service's objects held is given up by events of this context.
+    handleEvents();
+    g_main_context_pop_thread_default(m_context);
     g_main_context_unref(m_context);
   }
 
   /// Calls `work(service)` with the service; its answer, or what hindered it.
   template <typename Work> auto with(const Work &work) -> decltype(work(nullptr)) {
     g_main_context_push_thread_default(m_context);
-    while (g_main_context_iteration(m_context, FALSE) != FALSE) {
-      // Events since the last call.
-    }
+    handleEvents();
     auto result = open() ? work(m_service.get()) : std::unexpected(Failure::unreachable);
     if (!result && result.error() != Failure::locked) {
       // A service that was started anew knows nothing of the old session.
@@ -115,6 +122,12 @@ public:
   }
 
 private:
+  /// Those that have come up to now.
+  void handleEvents() {
+    while (g_main_context_iteration(m_context, FALSE) != FALSE) {
+    }
+  }
+
   bool open() {
     if (m_service) {
       return true;
@@ -151,16 +164,18 @@ std::expected<SecretVault::Secrets, SecretVault::Failure> LibsecretVault::load()
     const Table ours = newTable();
     put(ours, schemaAttribute, schemaName);
     Error error;
-    GList *items = secret_service_search_sync(
-        service, nullptr, ours.get(),
-        static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_LOAD_SECRETS), nullptr,
-        error.out());
+    const Items items(secret_service_search_sync(service, nullptr, ours.get(), SECRET_SEARCH_ALL,
+                                                 nullptr, error.out()));
     if (*error.out() != nullptr) {
+      return std::unexpected(error.failure());
+    }
+    // Locked items stay without their secret.
+    if (secret_item_load_secrets_sync(items.get(), nullptr, error.out()) == FALSE) {
       return std::unexpected(error.failure());
     }
     Secrets secrets;
     std::map<SecretKey, guint64> modified;
-    for (const GList *each = items; each != nullptr; each = each->next) {
+    for (const GList *each = items.get(); each != nullptr; each = each->next) {
       auto *item = static_cast<SecretItem *>(each->data);
       const Table attributes(secret_item_get_attributes(item));
       const auto serviceName = attribute(attributes, serviceAttribute);
@@ -177,7 +192,6 @@ std::expected<SecretVault::Secrets, SecretVault::Failure> LibsecretVault::load()
         modified[key] = time;
       }
     }
-    g_list_free_full(items, g_object_unref);
     return secrets;
   });
 }
@@ -208,13 +222,13 @@ std::expected<void, SecretVault::Failure> LibsecretVault::store(const SecretKey 
 std::expected<void, SecretVault::Failure> LibsecretVault::erase(const SecretKey &key) {
   return m_session->with([&](::SecretService *service) -> std::expected<void, Failure> {
     Error error;
-    GList *items = secret_service_search_sync(service, nullptr, attributesOf(key).get(),
-                                              SECRET_SEARCH_ALL, nullptr, error.out());
+    const Items items(secret_service_search_sync(service, nullptr, attributesOf(key).get(),
+                                                 SECRET_SEARCH_ALL, nullptr, error.out()));
     std::expected<void, Failure> result;
     if (*error.out() != nullptr) {
       result = std::unexpected(error.failure());
     }
-    for (const GList *each = items; result && each != nullptr; each = each->next) {
+    for (const GList *each = items.get(); result && each != nullptr; each = each->next) {
       auto *item = static_cast<SecretItem *>(each->data);
       if (secret_item_get_locked(item) != FALSE) {
         result = std::unexpected(Failure::locked);
@@ -222,7 +236,6 @@ std::expected<void, SecretVault::Failure> LibsecretVault::erase(const SecretKey 
         result = std::unexpected(error.failure());
       }
     }
-    g_list_free_full(items, g_object_unref);
     return result;
   });
 }
