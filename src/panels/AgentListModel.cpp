@@ -7,8 +7,8 @@ namespace {
 
 struct Row {
   QStringView name;
-  bool (PetStore::*isConnected)() const;
-  void (PetStore::*changed)();
+  bool (PetStore::*isConnected)() const = nullptr;
+  void (PetStore::*changed)() = nullptr;
 };
 
 constexpr std::array rows{
