@@ -90,6 +90,14 @@ def play(desktop, program, folder):
         raise Failure("the desktop looks the same during the reaction as before")
     step("the pet moved and spoke")
 
+    windows = desktop.run("xdotool", "search", "--onlyvisible", "--class", "morvobar").stdout.split()
+    desktop.run("dunstctl", "action")
+    wait_for("the panel", lambda: len(desktop.run(
+        "xdotool", "search", "--onlyvisible", "--class", "morvobar").stdout.split()) > len(windows))
+    time.sleep(0.3)
+    desktop.screenshot(folder / "panel.png")
+    step("a click on the notification brought up the panel")
+
     lines.wait("the end of the bubble", "[DESKPET] bubble cleared")
     time.sleep(0.5)
     desktop.screenshot(folder / "after.png")
@@ -121,7 +129,7 @@ def main():
         return 1
     finally:
         desktop.end()
-    print(f"Every step was seen. Screenshots: {folder}/before.png, during.png, after.png")
+    print(f"Every step was seen. Screenshots: {folder}/before.png, during.png, panel.png, after.png")
     return 0
 
 
