@@ -6,8 +6,10 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace morvo {
 namespace {
@@ -99,14 +101,13 @@ protected:
 
 TEST_P(ReadabilityTest, EachTextStandsOutFromItsGround) {
   constexpr double readable = 4.5;
-  const std::pair<QPalette::ColorRole, QPalette::ColorRole> pairs[]{
-      {QPalette::WindowText, QPalette::Window},
-      {QPalette::Text, QPalette::Base},
-      {QPalette::Text, QPalette::AlternateBase},
-      {QPalette::ButtonText, QPalette::Button},
-      {QPalette::ToolTipText, QPalette::ToolTipBase},
-      {QPalette::HighlightedText, QPalette::Highlight},
-      {QPalette::Link, QPalette::Base}};
+  constexpr std::array pairs{std::pair(QPalette::WindowText, QPalette::Window),
+                             std::pair(QPalette::Text, QPalette::Base),
+                             std::pair(QPalette::Text, QPalette::AlternateBase),
+                             std::pair(QPalette::ButtonText, QPalette::Button),
+                             std::pair(QPalette::ToolTipText, QPalette::ToolTipBase),
+                             std::pair(QPalette::HighlightedText, QPalette::Highlight),
+                             std::pair(QPalette::Link, QPalette::Base)};
   for (const auto &[text, ground] : pairs) {
     EXPECT_GE(contrast(m_palette.color(text), m_palette.color(ground)), readable)
         << "role " << text << " on " << ground;

@@ -33,6 +33,8 @@ public:
                          QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
     m_bus.registerService(QStringLiteral("org.freedesktop.Notifications"));
   }
+  NotificationServer(const NotificationServer &) = delete;
+  NotificationServer &operator=(const NotificationServer &) = delete;
   ~NotificationServer() override {
     m_bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
     m_bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
@@ -44,15 +46,14 @@ public:
   bool m_refuses = false;
   bool m_hangs = false;
 
-public Q_SLOTS:
-  QStringList GetCapabilities() {
+  Q_SLOT QStringList GetCapabilities() {
     ++m_asked;
     setDelayedReply(m_hangs);
     return m_capabilities;
   }
-  uint Notify(const QString &application, uint replaced, const QString & /*icon*/,
-              const QString &title, const QString &body, const QStringList &actions,
-              const QVariantMap &hints, int /*timeout*/) {
+  Q_SLOT uint Notify(const QString &application, uint replaced, const QString & /*icon*/,
+                     const QString &title, const QString &body, const QStringList &actions,
+                     const QVariantMap &hints, int /*timeout*/) {
     setDelayedReply(m_hangs);
     if (m_refuses) {
       sendErrorReply(QDBusError::Failed, QStringLiteral("no"));
@@ -62,9 +63,8 @@ public Q_SLOTS:
     return static_cast<uint>(m_shown.size()) + 40;
   }
 
-Q_SIGNALS:
-  void ActionInvoked(uint id, const QString &action);
-  void NotificationClosed(uint id, uint reason);
+  Q_SIGNAL void ActionInvoked(uint id, const QString &action);
+  Q_SIGNAL void NotificationClosed(uint id, uint reason);
 
 private:
   QDBusConnection m_bus;

@@ -178,7 +178,7 @@ TEST_F(SettingTest, NumbersHaveTheirDefaults) {
 }
 
 TEST_F(SettingTest, EachNumberIsReadUnderItsName) {
-  const std::pair<QString, double (Setting::*)() const> numbers[]{
+  const std::vector<std::pair<QString, double (Setting::*)() const>> numbers{
       {QStringLiteral("morvo.set.fontScale"), &Setting::fontScale},
       {QStringLiteral("morvo.set.petOpacity"), &Setting::petOpacity},
       {QStringLiteral("morvo.pet.scale"), &Setting::petScale},
