@@ -1,6 +1,7 @@
 #include "base/ChildProcess.h"
 
 #include <QCoreApplication>
+#include <QObject>
 #include <QProcess>
 #include <QThread>
 
@@ -52,6 +53,13 @@ void signalGroup(qint64 leader, int signal) {
   }
 }
 
+/// Only the group: its leader has been reaped, so the number alone may be another process's.
+void killGroup(qint64 leader) {
+  if (leader > 0) {
+    ::kill(-static_cast<pid_t>(leader), SIGKILL);
+  }
+}
+
 } // namespace
 
 class ChildProcess::Run {
@@ -76,15 +84,15 @@ private:
     }
     m_process->setWorkingDirectory(command.workingDirectory);
     m_process->setChildProcessModifier([] { ::setsid(); });
-    QObject::connect(m_process, &QProcess::readyReadStandardOutput, m_process,
+    QObject::connect(m_process, &QProcess::readyReadStandardOutput, &m_context,
                      [this] { m_output.append(m_process->readAllStandardOutput()); });
-    QObject::connect(m_process, &QProcess::readyReadStandardError, m_process,
+    QObject::connect(m_process, &QProcess::readyReadStandardError, &m_context,
                      [this] { m_error.append(m_process->readAllStandardError()); });
-    QObject::connect(m_process, &QProcess::started, m_process,
+    QObject::connect(m_process, &QProcess::started, &m_context,
                      [this] { m_leader = m_process->processId(); });
     // A missing program is noticed inside `start`; queued, the callback stays outside of it.
     QObject::connect(
-        m_process, &QProcess::errorOccurred, m_process,
+        m_process, &QProcess::errorOccurred, &m_context,
         [this](QProcess::ProcessError error) {
           if (error == QProcess::FailedToStart) {
             deliver(std::unexpected(Failure::notStarted));
@@ -92,7 +100,7 @@ private:
         },
         Qt::QueuedConnection);
     QObject::connect(
-        m_process, &QProcess::finished, m_process,
+        m_process, &QProcess::finished, &m_context,
         [this](int exitCode, QProcess::ExitStatus status) { finish(exitCode, status); });
   }
 
@@ -105,7 +113,7 @@ private:
   void finish(int exitCode, QProcess::ExitStatus status) {
     if (m_timedOut) {
       // The child obeyed; what it started may not have.
-      ::kill(-static_cast<pid_t>(m_leader), SIGKILL);
+      killGroup(m_leader);
       deliver(std::unexpected(Failure::timedOut));
       return;
     }
@@ -158,8 +166,12 @@ private:
   BoundedBytes m_error;
   Scheduler::Timer m_deadline;
   Scheduler::Timer m_kill;
+  /// 0 until the program is known to run.
   qint64 m_leader = 0;
   bool m_timedOut = false;
+  /// Receives the signals: calls that are queued when the run goes are dropped with it, which
+  /// disconnecting would not do.
+  QObject m_context;
 };
 
 ChildProcess::ChildProcess(Scheduler &scheduler, const Command &command, Callback callback)

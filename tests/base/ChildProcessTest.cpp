@@ -3,6 +3,7 @@
 #include "base/QtScheduler.h"
 #include "support/ManualScheduler.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
@@ -11,6 +12,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <optional>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace morvo {
@@ -265,6 +267,58 @@ TEST_F(ChildProcessTest, CancellingAtOnceLeavesNothingBehind) {
   QFile children(QStringLiteral("/proc/self/task/%1/children").arg(::getpid()));
   ASSERT_TRUE(children.open(QIODevice::ReadOnly));
   EXPECT_EQ(children.readAll(), QByteArray());
+}
+
+/// While it lives, this process opens no further descriptor.
+class NoDescriptorLeft {
+public:
+  NoDescriptorLeft() {
+    EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_before), 0);
+    const rlimit none{.rlim_cur = 0, .rlim_max = m_before.rlim_max};
+    EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  }
+  NoDescriptorLeft(const NoDescriptorLeft &) = delete;
+  NoDescriptorLeft &operator=(const NoDescriptorLeft &) = delete;
+  ~NoDescriptorLeft() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
+
+private:
+  rlimit m_before{};
+};
+
+TEST_F(ChildProcessTest, WithoutADescriptorLeftTheProgramIsNotStarted) {
+  {
+    const NoDescriptorLeft limit;
+    start(shell(QStringLiteral("echo x")));
+    EXPECT_EQ(m_calls, 0);
+  }
+  const auto result = finish();
+  ASSERT_FALSE(result);
+  EXPECT_EQ(result.error(), Failure::notStarted);
+}
+
+TEST_F(ChildProcessTest, ARunThatFailedToStartMayGoBeforeItsCallback) {
+  {
+    const NoDescriptorLeft limit;
+    start(shell(QStringLiteral("echo x")));
+  }
+  m_run.reset();
+  QCoreApplication::sendPostedEvents();
+  EXPECT_EQ(m_calls, 0);
+}
+
+TEST_F(ChildProcessTest, TheCallbackOfAFailedStartMayDestroyTheRun) {
+  std::unique_ptr<ChildProcess> run;
+  {
+    const NoDescriptorLeft limit;
+    run = std::make_unique<ChildProcess>(m_scheduler, shell(QStringLiteral("echo x")),
+                                         [&](const auto &result) {
+                                           m_result = result;
+                                           run.reset();
+                                         });
+  }
+  QCoreApplication::sendPostedEvents();
+  ASSERT_TRUE(m_result);
+  EXPECT_FALSE(*m_result);
 }
 
 TEST_F(ChildProcessTest, TheCallbackMayDestroyTheRun) {
