@@ -39,7 +39,11 @@ public:
 
   virtual ~FileLayer() = default;
 
-  /// The whole file.
+  /// `read` refuses files of more bytes.
+  static constexpr std::uint64_t largestRead = std::uint64_t{64} << 20U;
+
+  /// The whole file, links followed. Never waits: what is no regular file is refused (EISDIR,
+  /// EINVAL), and so is a file beyond `largestRead` (EFBIG).
   [[nodiscard]] virtual Result<QByteArray> read(const QString &path) = 0;
   /// Of the path itself: a symbolic link is not followed.
   [[nodiscard]] virtual Result<Status> status(const QString &path) = 0;

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,30 +24,57 @@ std::unexpected<FileError> failure(const char *operation, int descriptor) {
   return failure(operation, QStringLiteral("descriptor %1").arg(descriptor));
 }
 
+std::unexpected<FileError> failure(int code, const char *operation, const QString &path) {
+  return std::unexpected(FileError{code, QString::fromLatin1(operation), path});
+}
+
+/// The size that a regular file tells; some files of the system tell 0 and hold more.
+FileLayer::Result<std::uint64_t> readableSize(int descriptor, const QString &path) {
+  struct stat info{};
+  if (::fstat(descriptor, &info) != 0) {
+    return failure("stat", path);
+  }
+  if (!S_ISREG(info.st_mode)) {
+    return failure(S_ISDIR(info.st_mode) ? EISDIR : EINVAL, "read", path);
+  }
+  return static_cast<std::uint64_t>(info.st_size);
+}
+
+FileLayer::Result<QByteArray> readAll(int descriptor, const QString &path) {
+  const auto size = readableSize(descriptor, path);
+  if (!size) {
+    return std::unexpected(size.error());
+  }
+  QByteArray content;
+  if (*size <= FileLayer::largestRead) {
+    content.reserve(static_cast<qsizetype>(*size));
+  }
+  QByteArray block(static_cast<qsizetype>(readBlock), Qt::Uninitialized);
+  // The file may grow under the reader.
+  while (std::max(*size, static_cast<std::uint64_t>(content.size())) <= FileLayer::largestRead) {
+    const ssize_t count = ::read(descriptor, block.data(), readBlock);
+    if (count == 0) {
+      return content;
+    }
+    if (count > 0) {
+      content.append(block.constData(), count);
+    } else if (errno != EINTR) {
+      return failure("read", path);
+    }
+  }
+  return failure(EFBIG, "read", path);
+}
+
 } // namespace
 
 FileLayer::Result<QByteArray> SystemFileLayer::read(const QString &path) {
-  const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+  // O_NONBLOCK is for a pipe, whose opening would wait for a writer.
+  const int descriptor =
+      ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   if (descriptor < 0) {
     return failure("open", path);
   }
-  QByteArray content;
-  QByteArray block(static_cast<qsizetype>(readBlock), Qt::Uninitialized);
-  for (;;) {
-    const ssize_t count = ::read(descriptor, block.data(), readBlock);
-    if (count < 0 && errno == EINTR) {
-      continue;
-    }
-    if (count < 0) {
-      const auto error = failure("read", path);
-      ::close(descriptor);
-      return error;
-    }
-    if (count == 0) {
-      break;
-    }
-    content.append(block.constData(), count);
-  }
+  auto content = readAll(descriptor, path);
   ::close(descriptor);
   return content;
 }
