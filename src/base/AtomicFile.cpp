@@ -5,7 +5,9 @@
 
 #include <atomic>
 #include <cerrno>
+#include <functional>
 #include <unistd.h>
+#include <utility>
 
 namespace morvo::AtomicFile {
 namespace {
@@ -17,10 +19,29 @@ constexpr int nameAttempts = 100;
 /// A temporary file is nobody else's business until it has its final mode.
 constexpr std::uint32_t temporaryMode = 0600;
 
+bool isAbsence(const FileError &error) { return error.code == ENOENT || error.code == ENOTDIR; }
+
+/// The status; nothing when nothing is there. Any other failure must not pass for absence: a link
+/// or a file of the user's may be behind it.
+FileLayer::Result<std::optional<FileLayer::Status>> statusIfPresent(FileLayer &files,
+                                                                    const QString &path) {
+  auto status = files.status(path);
+  if (status) {
+    return *status;
+  }
+  if (isAbsence(status.error())) {
+    return std::nullopt;
+  }
+  return std::unexpected(status.error());
+}
+
 FileLayer::Result<QString> resolveLinks(FileLayer &files, QString path) {
   for (int step = 0; step < longestLinkChain; ++step) {
-    const auto status = files.status(path);
-    if (!status || !status->isSymbolicLink) {
+    const auto status = statusIfPresent(files, path);
+    if (!status) {
+      return std::unexpected(status.error());
+    }
+    if (!*status || !(*status)->isSymbolicLink) {
       return path;
     }
     auto target = files.linkTarget(path);
@@ -57,8 +78,7 @@ FileLayer::Result<Temporary> createTemporary(FileLayer &files, const QString &ta
 }
 
 FileLayer::Result<void> fill(FileLayer &files, int descriptor, const QByteArray &content,
-                             const FileLayer::Result<FileLayer::Status> &old,
-                             const Options &options) {
+                             const std::optional<FileLayer::Status> &old, const Options &options) {
   if (auto written = files.write(descriptor, content); !written) {
     return written;
   }
@@ -73,34 +93,82 @@ FileLayer::Result<void> fill(FileLayer &files, int descriptor, const QByteArray 
   return files.sync(descriptor);
 }
 
-} // namespace
+/// Asked right before the file is replaced; false leaves it alone.
+using Condition = std::function<FileLayer::Result<bool>()>;
 
-FileLayer::Result<void> write(FileLayer &files, const QString &path, const QByteArray &content,
-                              const Options &options) {
+/// Fills the temporary file and puts it into the target's place; false when the condition does not
+/// hold. Whatever but true comes out, the temporary file is left for the caller to remove.
+FileLayer::Result<bool> putInPlace(FileLayer &files, const Temporary &temporary,
+                                   const QString &target, const QByteArray &content,
+                                   const std::optional<FileLayer::Status> &old,
+                                   const Options &options, const Condition &condition) {
+  auto outcome = fill(files, temporary.descriptor, content, old, options);
+  if (auto closed = files.close(temporary.descriptor); outcome && !closed) {
+    outcome = closed;
+  }
+  if (!outcome) {
+    return std::unexpected(outcome.error());
+  }
+  if (auto holds = condition(); !holds || !*holds) {
+    return holds;
+  }
+  if (auto renamed = files.rename(temporary.path, target); !renamed) {
+    return std::unexpected(renamed.error());
+  }
+  return true;
+}
+
+FileLayer::Result<bool> writeIf(FileLayer &files, const QString &path, const QByteArray &content,
+                                const Options &options, const Condition &condition) {
   const auto target = resolveLinks(files, path);
   if (!target) {
     return std::unexpected(target.error());
   }
   if (auto made = files.makeDirectories(QFileInfo(*target).path(), options.directoryMode); !made) {
-    return made;
+    return std::unexpected(made.error());
   }
-  const auto old = files.status(*target);
+  const auto old = statusIfPresent(files, *target);
+  if (!old) {
+    return std::unexpected(old.error());
+  }
   const auto temporary = createTemporary(files, *target);
   if (!temporary) {
     return std::unexpected(temporary.error());
   }
-  auto outcome = fill(files, temporary->descriptor, content, old, options);
-  if (auto closed = files.close(temporary->descriptor); outcome && !closed) {
-    outcome = closed;
-  }
-  if (outcome) {
-    outcome = files.rename(temporary->path, *target);
-  }
-  if (!outcome) {
+  auto outcome = putInPlace(files, *temporary, *target, content, *old, options, condition);
+  if (!outcome || !*outcome) {
     // The first failure is the one to report; a temporary file that cannot be removed harms no one.
     static_cast<void>(files.remove(temporary->path));
   }
   return outcome;
+}
+
+} // namespace
+
+FileLayer::Result<void> write(FileLayer &files, const QString &path, const QByteArray &content,
+                              const Options &options) {
+  const auto written = writeIf(files, path, content, options, [] { return true; });
+  return written ? FileLayer::Result<void>() : std::unexpected(written.error());
+}
+
+FileLayer::Result<bool> replaceIfUnchanged(FileLayer &files, const QString &path,
+                                           const std::optional<QByteArray> &expected,
+                                           const QByteArray &content, const Options &options) {
+  return writeIf(files, path, content, options, [&]() -> FileLayer::Result<bool> {
+    const auto now = present(files, path);
+    return now ? FileLayer::Result<bool>(*now == expected) : std::unexpected(now.error());
+  });
+}
+
+FileLayer::Result<std::optional<QByteArray>> present(FileLayer &files, const QString &path) {
+  auto content = files.read(path);
+  if (content) {
+    return std::move(*content);
+  }
+  if (isAbsence(content.error())) {
+    return std::nullopt;
+  }
+  return std::unexpected(content.error());
 }
 
 } // namespace morvo::AtomicFile

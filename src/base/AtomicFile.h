@@ -2,6 +2,8 @@
 
 #include "base/FileLayer.h"
 
+#include <optional>
+
 /// Writing a file so that readers see the old content or the new one whole, whatever happens.
 namespace morvo::AtomicFile {
 
@@ -20,5 +22,17 @@ struct Options {
 /// is left, unless the process dies in between.
 [[nodiscard]] FileLayer::Result<void> write(FileLayer &files, const QString &path,
                                             const QByteArray &content, const Options &options = {});
+
+/// The same, but only if the file holds `expected` right before it is replaced, or does not exist
+/// where nothing is expected. False when it does not: then nothing was written. What changes the
+/// file between that look and the renaming, two calls later, is lost.
+[[nodiscard]] FileLayer::Result<bool> replaceIfUnchanged(FileLayer &files, const QString &path,
+                                                         const std::optional<QByteArray> &expected,
+                                                         const QByteArray &content,
+                                                         const Options &options = {});
+
+/// The file's content; nothing when there is no file.
+[[nodiscard]] FileLayer::Result<std::optional<QByteArray>> present(FileLayer &files,
+                                                                   const QString &path);
 
 } // namespace morvo::AtomicFile

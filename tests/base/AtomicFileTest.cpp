@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <gtest/gtest.h>
+#include <optional>
 #include <sys/stat.h>
 
 namespace morvo {
@@ -23,6 +24,13 @@ protected:
   }
   void put(const QString &name, const QByteArray &text) {
     ASSERT_TRUE(AtomicFile::write(m_files, path(name), text).has_value());
+  }
+  /// Replaces "f" if it holds `expected`.
+  [[nodiscard]] bool replace(const std::optional<QByteArray> &expected, const QByteArray &text) {
+    const auto replaced =
+        AtomicFile::replaceIfUnchanged(m_files, path(QStringLiteral("f")), expected, text);
+    EXPECT_TRUE(replaced.has_value());
+    return replaced.value_or(false);
   }
   [[nodiscard]] QStringList entries() const {
     return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -79,13 +87,19 @@ TEST_F(AtomicFileTest, ALoopOfLinksIsAnError) {
 void sweep(QTemporaryDir &folder, FailingFileLayer::Fault fault, bool strayAllowed) {
   SystemFileLayer real;
   FailingFileLayer failing;
+  // What people keep under version control: a link to a file that is theirs alone.
   const QString target = folder.filePath(QStringLiteral("f"));
+  const QString linked = folder.filePath(QStringLiteral("real"));
+  ASSERT_TRUE(QFile::link(QStringLiteral("real"), target));
+  ASSERT_TRUE(AtomicFile::write(real, target, "old", {.mode = 0600}).has_value());
   int call = 1;
   for (;; ++call) {
     ASSERT_TRUE(AtomicFile::write(real, target, "old").has_value());
     failing.failAt(call, fault, ENOSPC);
     const bool written = AtomicFile::write(failing, target, "the new content").has_value();
     const QByteArray seen = *real.read(target);
+    EXPECT_TRUE(real.status(target)->isSymbolicLink) << "call " << call;
+    EXPECT_EQ(real.status(linked)->mode, 0600U) << "call " << call;
     if (failing.calls() < call) {
       EXPECT_TRUE(written);
       EXPECT_EQ(seen, "the new content");
@@ -98,7 +112,8 @@ void sweep(QTemporaryDir &folder, FailingFileLayer::Fault fault, bool strayAllow
     const auto left =
         QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     if (!strayAllowed) {
-      EXPECT_EQ(left, QStringList{QStringLiteral("f")}) << "call " << call;
+      EXPECT_EQ(left, (QStringList{QStringLiteral("f"), QStringLiteral("real")}))
+          << "call " << call;
     }
   }
   // Below this the sweep has not seen create, write, chmod, fsync, close and rename fail.
@@ -115,6 +130,39 @@ TEST_F(AtomicFileTest, ATornWriteLeavesTheOldFile) {
 
 TEST_F(AtomicFileTest, ACrashAtAnyCallLeavesTheOldFileOrTheNewOne) {
   sweep(m_folder, FailingFileLayer::Fault::crash, true);
+}
+
+TEST_F(AtomicFileTest, APathThatCannotBeLookedAtIsAnErrorAndNotAMissingFile) {
+  put(QStringLiteral("f"), "old");
+  FailingFileLayer failing;
+  for (int call = 1; call <= 2; ++call) {
+    failing.failAt(call, FailingFileLayer::Fault::error, EACCES);
+    const auto written = AtomicFile::write(failing, path(QStringLiteral("f")), "new");
+    ASSERT_FALSE(written.has_value()) << "call " << call;
+    EXPECT_EQ(written.error().code, EACCES);
+    EXPECT_EQ(content(QStringLiteral("f")), "old");
+  }
+}
+
+TEST_F(AtomicFileTest, ReplacesAFileThatStillHoldsWhatIsExpected) {
+  put(QStringLiteral("f"), "old");
+  EXPECT_EQ(replace("old", "new"), true);
+  EXPECT_EQ(content(QStringLiteral("f")), "new");
+}
+
+TEST_F(AtomicFileTest, LeavesAFileAloneThatChangedMeanwhile) {
+  put(QStringLiteral("f"), "other");
+  EXPECT_EQ(replace("old", "new"), false);
+  EXPECT_EQ(replace(std::nullopt, "new"), false);
+  EXPECT_EQ(content(QStringLiteral("f")), "other");
+  EXPECT_EQ(entries(), QStringList{QStringLiteral("f")});
+}
+
+TEST_F(AtomicFileTest, AnExpectedAbsenceIsHeldAgainstTheFolder) {
+  EXPECT_EQ(replace("old", "new"), false);
+  EXPECT_EQ(entries(), QStringList());
+  EXPECT_EQ(replace(std::nullopt, "new"), true);
+  EXPECT_EQ(content(QStringLiteral("f")), "new");
 }
 
 TEST_F(AtomicFileTest, AStrayTemporaryFileIsNoObstacle) {
