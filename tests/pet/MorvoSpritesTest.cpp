@@ -1,6 +1,7 @@
 #include "pet/MorvoSprites.h"
 
 #include "pet/ContentFile.h"
+#include "pet/FrameFile.h"
 #include "pet/PetFolder.h"
 
 #include <gmock/gmock.h>
@@ -150,6 +151,52 @@ TEST_F(MorvoSpritesTest, filesThatHoldNoPictureAreSkipped) {
   ASSERT_EQ(::mkfifo(QFile::encodeName(folder + QStringLiteral("/6.png")).constData(), 0600), 0);
   ASSERT_TRUE(QDir(folder).mkdir(QStringLiteral("7.png")));
   EXPECT_THAT(names(walk), ElementsAre(u"walk/1.png", u"walk/2.png"));
+}
+
+TEST_F(MorvoSpritesTest, tornPicturesAreSkipped) {
+  const QString folder = m_folder.stateFolder(pet, walk);
+  PetFolder::fill(folder, 2, {64, 64});
+  QFile whole(folder + QStringLiteral("/1.png"));
+  ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+  const QByteArray bytes = whole.readAll();
+  for (const qsizetype lost : {1, 4, 12, 13, 40}) {
+    PetFolder::write(folder + QStringLiteral("/torn%1.png").arg(lost), bytes.chopped(lost));
+  }
+  PetFolder::write(folder + QStringLiteral("/zeros.png"),
+                   bytes.first(40) + QByteArray(bytes.size() - 40, '\0'));
+  EXPECT_THAT(names(walk), ElementsAre(u"walk/1.png", u"walk/2.png"));
+}
+
+TEST_F(MorvoSpritesTest, aFewBytesBehindThePictureDoNoHarm) {
+  const QString folder = m_folder.stateFolder(pet, walk);
+  PetFolder::fill(folder, 1);
+  QFile whole(folder + QStringLiteral("/1.png"));
+  ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+  PetFolder::write(folder + QStringLiteral("/2.png"), whole.readAll() + "\n");
+  EXPECT_THAT(names(walk), ElementsAre(u"walk/1.png", u"walk/2.png"));
+  EXPECT_FALSE(FrameFile::decode(folder + QStringLiteral("/2.png")).isNull());
+}
+
+TEST_F(MorvoSpritesTest, picturesOfOtherFormatsAreSkipped) {
+  const QString folder = m_folder.stateFolder(pet, walk);
+  PetFolder::fill(folder, 1);
+  const QImage image = PetFolder::picture({8, 8}, QRect(0, 0, 8, 8));
+  ASSERT_TRUE(image.save(folder + QStringLiteral("/2.png"), "BMP"));
+  ASSERT_TRUE(image.save(folder + QStringLiteral("/3.png"), "PPM"));
+  EXPECT_THAT(names(walk), ElementsAre(u"walk/1.png"));
+  EXPECT_TRUE(FrameFile::decode(folder + QStringLiteral("/2.png")).isNull());
+}
+
+TEST_F(MorvoSpritesTest, picturesTooLargeToBeDecodedAreSkipped) {
+  const QString folder = m_folder.stateFolder(pet, walk);
+  PetFolder::fill(folder, 1);
+  QImage flat(8192, 4100, QImage::Format_Mono);
+  flat.fill(1);
+  PetFolder::save(flat, folder + QStringLiteral("/2.png"));
+  QImage deep(5792, 2900, QImage::Format_RGBA64);
+  deep.fill(Qt::red);
+  PetFolder::save(deep, folder + QStringLiteral("/3.png"));
+  EXPECT_THAT(names(walk), ElementsAre(u"walk/1.png"));
 }
 
 TEST_F(MorvoSpritesTest, absurdSizesAreSkipped) {
