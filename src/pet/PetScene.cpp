@@ -168,6 +168,11 @@ void PetScene::applyNodeSize() {
   m_lifeBasePosition = {std::round(m_size.width() * restingPlace.x()),
                         std::round(m_size.height() * restingPlace.y())};
   m_lifeNode->setPosition(m_lifeBasePosition);
+  // A bob goes up and down from where it began: one that went on from its middle would leave the
+  // pet beside its place for good.
+  if (const auto bob = m_lifeNode->actionForKey(Keys::lifeBob)) {
+    m_lifeNode->run(*bob, Keys::lifeBob);
+  }
 }
 
 QString PetScene::loopState() {

@@ -366,6 +366,22 @@ TEST_F(PetSceneTest, manyMoodChangesLeaveThePetInItsPlace) {
   EXPECT_EQ(m_scene.lifeNode().position(), m_scene.lifeBasePosition());
 }
 
+TEST_F(PetSceneTest, actionsInTheMiddleOfABobLeaveThePetInItsPlace) {
+  frames(idle, 2);
+  frames(celebrate, 24);
+  present(R"({"motion":{"bobAmplitude":12,"breathPeriod":3}})");
+  for (int round = 0; round < 50; ++round) {
+    pass(1.37);
+    ASSERT_TRUE(m_scene.react(celebrate));
+    EXPECT_EQ(m_scene.lifeNode().position(), m_scene.lifeBasePosition());
+  }
+  pass(2);
+  ASSERT_TRUE(runs(m_scene.lifeNode(), PetScene::Keys::lifeBob));
+  const double rest = m_scene.lifeBasePosition().y();
+  EXPECT_NEAR(extreme(6, [&] { return rest - m_scene.lifeNode().position().y(); }), 0, 1e-6);
+  EXPECT_NEAR(extreme(6, [&] { return m_scene.lifeNode().position().y() - rest; }), 12, 0.01);
+}
+
 TEST_F(PetSceneTest, theCatalogueHoldsThePacksActionsAndTheOtherFrameSets) {
   frames(idle, 2);
   frames(QStringLiteral("walk"), 1);
