@@ -2,6 +2,7 @@
 
 #include "pet/AlphaBounds.h"
 #include "pet/FrameFile.h"
+#include "pet/PackedPicture.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -38,9 +39,15 @@ QImage cropped(const QImage &picture, const SpriteFrame &frame) {
 struct ScenePainter::Prepared {
   SpriteFrame frame;
   QSize wanted; ///< Pixels of the whole frame on the screen when it was prepared.
-  QImage image; ///< Without its transparent margin; null when nothing is to be drawn.
-  QRectF part;  ///< What `image` covers, in fractions of the frame from its top left corner.
+  bool readable = true;
+  QImage image; ///< Without its transparent margin; null when nothing is to be drawn, or packed.
+  PackedPicture packed; ///< The image, when it is kept so.
+  QRectF part; ///< What `image` covers, in fractions of the frame from its top left corner.
   bool smooth = true;
+
+  [[nodiscard]] Budget bytes() const {
+    return {.pictures = image.sizeInBytes(), .packed = packed.bytes()};
+  }
 };
 
 /// The prepared frames of one folder.
@@ -57,13 +64,14 @@ struct ScenePainter::Item {
   double z;
 };
 
-ScenePainter::ScenePainter(qsizetype byteBudget) : m_budget(byteBudget) {}
+ScenePainter::ScenePainter(Budget budget) : m_budget(budget) {}
 
 ScenePainter::~ScenePainter() = default;
 
 void ScenePainter::forgetFrames() {
   m_sets.clear();
-  m_bytesKept = 0;
+  m_kept = {};
+  m_shown.clear();
 }
 
 void ScenePainter::paint(QPainter &painter, const PetScene &scene, const QRectF &target,
@@ -88,6 +96,9 @@ void ScenePainter::paint(QPainter &painter, const PetScene &scene, const QRectF 
     drawLabel(painter, item);
     painter.restore();
   }
+  std::erase_if(m_shown, [&](const auto &shown) {
+    return std::ranges::find(items, shown.first, &Item::node) == items.end();
+  });
 }
 
 void ScenePainter::collect(const Node &node, const QTransform &parent, double alpha, double z,
@@ -116,7 +127,13 @@ void ScenePainter::drawSprite(QPainter &painter, const Item &item, double pixels
   if (!frame || size.isEmpty()) {
     return;
   }
-  const Prepared ready = prepared(*frame, rounded(size * pixelsPerPoint));
+  const Prepared found = prepared(*frame, rounded(size * pixelsPerPoint));
+  const auto shown =
+      found.readable ? m_shown.insert_or_assign(item.node, found).first : m_shown.find(item.node);
+  if (shown == m_shown.end()) {
+    return;
+  }
+  const Prepared &ready = shown->second;
   if (ready.image.isNull()) {
     return;
   }
@@ -152,31 +169,48 @@ ScenePainter::Prepared ScenePainter::prepared(const SpriteFrame &frame, QSize pi
     set = m_sets.insert(m_sets.begin(), FrameSet{folder, {}});
   }
   m_sets.splice(m_sets.begin(), m_sets, set);
-  auto &frames = set->frames;
-  const auto known = std::ranges::find(frames, frame, &Prepared::frame);
-  if (known != frames.end() && known->wanted == pixels) {
-    return *known;
+  const auto ofFile = [&](const Prepared &known) { return known.frame.path == frame.path; };
+  const auto known = std::ranges::find_if(set->frames, ofFile);
+  if (known != set->frames.end() && known->wanted == pixels && known->frame == frame) {
+    Prepared ready = *known;
+    if (ready.packed.bytes() > 0) {
+      ready.image = ready.packed.unpacked();
+      ready.packed = {};
+    }
+    return ready;
   }
-  if (known != frames.end()) {
-    m_bytesKept -= known->image.sizeInBytes();
-    frames.erase(known);
+  if (known != set->frames.end()) {
+    // What was kept of the set is of files or a size that are no longer shown.
+    forget(*set);
   }
   Prepared ready = prepare(frame, pixels);
-  const qsizetype bytes = ready.image.sizeInBytes();
-  makeRoom(bytes);
-  if (m_bytesKept + bytes <= m_budget) {
-    m_bytesKept += bytes;
-    frames.push_back(ready);
-  }
+  keep(*set, ready);
   return ready;
+}
+
+void ScenePainter::keep(FrameSet &set, const Prepared &ready) {
+  Prepared kept = ready;
+  makeRoom(kept.bytes());
+  if (!fits(kept.bytes())) {
+    kept.packed = PackedPicture(std::exchange(kept.image, {}));
+    makeRoom(kept.bytes());
+  }
+  if (fits(kept.bytes())) {
+    m_kept.pictures += kept.bytes().pictures;
+    m_kept.packed += kept.bytes().packed;
+    set.frames.push_back(std::move(kept));
+  }
 }
 
 ScenePainter::Prepared ScenePainter::prepare(const SpriteFrame &frame, QSize pixels) {
   ++m_framesDecoded;
-  Prepared ready{.frame = frame, .wanted = pixels, .image = {}, .part = {}, .smooth = true};
+  Prepared ready;
+  ready.frame = frame;
+  ready.wanted = pixels;
   QImage whole =
       cropped(frame.path.isEmpty() ? frame.picture : FrameFile::decode(frame.path), frame);
   if (whole.isNull()) {
+    ready.readable = false;
     return ready;
   }
   // Pixels that are blown up stay hard; pixels that are merged are averaged once, here.
@@ -198,13 +232,24 @@ ScenePainter::Prepared ScenePainter::prepare(const SpriteFrame &frame, QSize pix
   return ready;
 }
 
-void ScenePainter::makeRoom(qsizetype bytes) {
-  while (m_sets.size() > 1 && m_bytesKept + bytes > m_budget) {
-    for (const Prepared &frame : m_sets.back().frames) {
-      m_bytesKept -= frame.image.sizeInBytes();
-    }
+bool ScenePainter::fits(Budget wanted) const {
+  return m_kept.pictures + wanted.pictures <= m_budget.pictures &&
+         m_kept.packed + wanted.packed <= m_budget.packed;
+}
+
+void ScenePainter::makeRoom(Budget wanted) {
+  while (m_sets.size() > 1 && !fits(wanted)) {
+    forget(m_sets.back());
     m_sets.pop_back();
   }
+}
+
+void ScenePainter::forget(FrameSet &set) {
+  for (const Prepared &frame : set.frames) {
+    m_kept.pictures -= frame.bytes().pictures;
+    m_kept.packed -= frame.bytes().packed;
+  }
+  set.frames.clear();
 }
 
 } // namespace morvo

@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include <list>
+#include <unordered_map>
 
 namespace morvo {
 
@@ -12,15 +13,23 @@ namespace morvo {
 /// thread.
 ///
 /// A frame is decoded when it is first shown, at most one a call of `paint` for each sprite, scaled
-/// once to the size shown, trimmed of its transparent margin and kept within a byte budget. When
-/// the budget is short the frame sets shown longest ago go first; of the set in play as many frames
-/// are kept as fit, so that a long loop decodes only the rest anew. A file that cannot be decoded
-/// after all draws nothing.
+/// once to the size shown, trimmed of its transparent margin and kept within a budget: as it is
+/// drawn while there is room, packed after that, so that a long loop of large frames is decoded
+/// once too. When the budget is short the frame sets shown longest ago go first; of the set in play
+/// as many frames are kept as fit. A frame that was rewritten, or is now shown at another size,
+/// takes all its set's old frames with it. For a frame that cannot be decoded after all, its node's
+/// last good picture stays; there is none before the first.
 class ScenePainter {
 public:
-  static constexpr qsizetype standardBudget = qsizetype{24} * 1024 * 1024;
+  /// The most memory for frames, in bytes, beside the one picture that each node shows.
+  struct Budget {
+    qsizetype pictures = 0; ///< For frames kept as they are drawn.
+    qsizetype packed = 0;   ///< For those kept packed.
+  };
+  static constexpr Budget standardBudget{.pictures = qsizetype{24} * 1024 * 1024,
+                                         .packed = qsizetype{12} * 1024 * 1024};
 
-  explicit ScenePainter(qsizetype byteBudget = standardBudget);
+  explicit ScenePainter(Budget budget = standardBudget);
   ~ScenePainter();
   ScenePainter(const ScenePainter &) = delete;
   ScenePainter &operator=(const ScenePainter &) = delete;
@@ -31,8 +40,10 @@ public:
   void paint(QPainter &painter, const PetScene &scene, const QRectF &target,
              double devicePixelRatio);
 
-  /// Bytes of pixels kept now.
-  [[nodiscard]] qsizetype bytesKept() const { return m_bytesKept; }
+  /// Bytes of pixels kept now as they are drawn.
+  [[nodiscard]] qsizetype bytesKept() const { return m_kept.pictures; }
+  /// Bytes of packed frames kept now.
+  [[nodiscard]] qsizetype bytesPacked() const { return m_kept.packed; }
   /// Frames decoded since the painter was made.
   [[nodiscard]] std::uint64_t framesDecoded() const { return m_framesDecoded; }
   /// Gives all memory back, as for a hidden pet.
@@ -49,13 +60,20 @@ private:
   static void drawLabel(QPainter &painter, const Item &item);
   [[nodiscard]] Prepared prepared(const SpriteFrame &frame, QSize pixels);
   [[nodiscard]] Prepared prepare(const SpriteFrame &frame, QSize pixels);
-  void makeRoom(qsizetype bytes);
+  void keep(FrameSet &set, const Prepared &ready);
+  /// Gives up the sets shown longest ago, never the one in play, until `wanted` fits.
+  void makeRoom(Budget wanted);
+  [[nodiscard]] bool fits(Budget wanted) const;
+  void forget(FrameSet &set);
 
-  qsizetype m_budget;
-  qsizetype m_bytesKept = 0;
+  Budget m_budget;
+  Budget m_kept;
   std::uint64_t m_framesDecoded = 0;
   /// The set in play first.
   std::list<FrameSet> m_sets;
+  /// What each node showed at the last painting. A node is known by its address alone, which is
+  /// never followed.
+  std::unordered_map<const Node *, Prepared> m_shown;
 };
 
 } // namespace morvo

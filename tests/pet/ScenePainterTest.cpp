@@ -161,7 +161,7 @@ TEST_F(ScenePainterTest, theBudgetHoldsAndALongLoopKeepsWhatFits) {
   frames(10, {180, 180});
   present();
   constexpr qsizetype frameBytes = 180 * 180 * 4;
-  ScenePainter painter(frameBytes * 6);
+  ScenePainter painter({.pictures = frameBytes * 6, .packed = 0});
   for (int tick = 0; tick < 30; ++tick) {
     const QImage image = painted(painter);
     EXPECT_EQ(image.pixelColor(100, 100), QColor(Qt::red));
@@ -177,7 +177,7 @@ TEST_F(ScenePainterTest, framesOfOtherSetsGiveWay) {
   PetFolder::fill(m_folder.stateFolder(pet, QStringLiteral("code")), 2, {180, 180}, Qt::blue);
   present();
   constexpr qsizetype frameBytes = 180 * 180 * 4;
-  ScenePainter painter(frameBytes * 2);
+  ScenePainter painter({.pictures = frameBytes * 2, .packed = 0});
   const auto show = [&] {
     for (int tick = 0; tick < 8; ++tick) {
       static_cast<void>(painted(painter));
@@ -202,11 +202,159 @@ TEST_F(ScenePainterTest, forgettingGivesTheMemoryBack) {
   EXPECT_FALSE(content(painted(m_painter)).isEmpty());
 }
 
-TEST_F(ScenePainterTest, aFileThatVanishesOrRotsDrawsNothing) {
+TEST_F(ScenePainterTest, aFrameThatRotsLeavesTheLastGoodPictureStanding) {
+  frames(2, {180, 180});
+  present();
+  static_cast<void>(painted(m_painter));
+  PetFolder::write(m_folder.stateFolder(pet, idle) + QStringLiteral("/2.png"), "rot");
+  pass(1.0 / 16);
+  ASSERT_TRUE(m_scene.pet()->texture()->path.endsWith(u"/2.png"));
+  EXPECT_EQ(painted(m_painter).pixelColor(100, 100), QColor(Qt::red));
+}
+
+TEST_F(ScenePainterTest, aLoopThatRotsAsAWholeKeepsItsLastPictureAndIsReadOnceOnly) {
+  frames(2, {180, 180});
+  PetFolder::fill(m_folder.stateFolder(pet, QStringLiteral("code")), 2, {180, 180}, Qt::blue);
+  present();
+  static_cast<void>(painted(m_painter));
+  ASSERT_TRUE(m_scene.react(QStringLiteral("code")));
+  for (const auto *name : {u"/1.png", u"/2.png"}) {
+    ASSERT_TRUE(QFile::remove(m_folder.stateFolder(pet, QStringLiteral("code")) +
+                              QString::fromUtf16(name)));
+  }
+  for (int tick = 0; tick < 10; ++tick) {
+    EXPECT_EQ(painted(m_painter).pixelColor(100, 100), QColor(Qt::red));
+    pass(1.0 / 24);
+  }
+  EXPECT_EQ(m_painter.framesDecoded(), 3U);
+}
+
+TEST_F(ScenePainterTest, aPetWhoseOnlyFrameRotsBeforeItWasEverDrawnDrawsNothing) {
   frames(1, {180, 180});
   present();
   PetFolder::write(m_folder.stateFolder(pet, idle) + QStringLiteral("/1.png"), "rot");
   EXPECT_TRUE(content(painted(m_painter)).isEmpty());
+}
+
+TEST_F(ScenePainterTest, anEmptyFrameIsNoBrokenOneAndDrawsNothing) {
+  frames(2, {180, 180});
+  PetFolder::save(PetFolder::picture({180, 180}, {}),
+                  m_folder.stateFolder(pet, idle) + QStringLiteral("/2.png"));
+  present();
+  static_cast<void>(painted(m_painter));
+  pass(1.0 / 16);
+  EXPECT_TRUE(content(painted(m_painter)).isEmpty());
+}
+
+TEST_F(ScenePainterTest, rewrittenFramesTakeThePlaceOfTheOldOnes) {
+  frames(4, {180, 180});
+  present();
+  constexpr qsizetype frameBytes = 180 * 180 * 4;
+  ScenePainter painter({.pictures = frameBytes * 4, .packed = 0});
+  const auto show = [&] {
+    for (int tick = 0; tick < 8; ++tick) {
+      static_cast<void>(painted(painter));
+      pass(1.0 / 16);
+    }
+  };
+  show();
+  ASSERT_EQ(painter.framesDecoded(), 4U);
+  frames(4, {180, 180}, Qt::blue);
+  m_scene.setPersona(pet);
+  show();
+  EXPECT_EQ(painted(painter).pixelColor(100, 100), QColor(Qt::blue));
+  EXPECT_EQ(painter.framesDecoded(), 8U);
+  show();
+  EXPECT_EQ(painter.framesDecoded(), 8U);
+  EXPECT_EQ(painter.bytesKept(), frameBytes * 4);
+}
+
+TEST_F(ScenePainterTest, framesRewrittenUnderOtherNamesTakeThePlaceOfTheOldOnes) {
+  frames(4, {180, 180});
+  present();
+  constexpr qsizetype frameBytes = 180 * 180 * 4;
+  ScenePainter painter({.pictures = frameBytes * 4, .packed = 0});
+  const auto show = [&] {
+    for (int tick = 0; tick < 8; ++tick) {
+      static_cast<void>(painted(painter));
+      pass(1.0 / 16);
+    }
+  };
+  show();
+  const QString folder = m_folder.stateFolder(pet, idle);
+  frames(2, {180, 180}, Qt::blue);
+  for (const auto *name : {u"3", u"4"}) {
+    const QString file = folder + u'/' + QString::fromUtf16(name);
+    ASSERT_TRUE(QFile::rename(file + QStringLiteral(".png"), file + QStringLiteral("0.png")));
+  }
+  m_scene.setPersona(pet);
+  show();
+  const auto decoded = painter.framesDecoded();
+  show();
+  EXPECT_EQ(painter.framesDecoded(), decoded);
+}
+
+TEST_F(ScenePainterTest, aLongLoopOfLargeFramesIsDecodedOnce) {
+  constexpr int pixels = 560;
+  constexpr int count = 60;
+  QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+  const QString folder = m_folder.stateFolder(pet, idle);
+  for (int index = 1; index <= count; ++index) {
+    image.fill(Qt::transparent);
+    QPainter onImage(&image);
+    onImage.setRenderHint(QPainter::Antialiasing);
+    QLinearGradient shade(0, 0, pixels, pixels);
+    shade.setColorAt(0, Qt::white);
+    shade.setColorAt(1, QColor::fromHsv(index * 5, 255, 200));
+    onImage.setBrush(shade);
+    onImage.drawEllipse(QRectF(1, 1, pixels - 2, pixels - 2 - index));
+    onImage.end();
+    PetFolder::save(image, folder + u'/' + QString::number(index) + QStringLiteral(".png"));
+  }
+  m_scene.setSize({pixels / 2 / 0.9, pixels / 2 / 0.9});
+  present();
+  ScenePainter painter;
+  for (int tick = 0; tick < 3 * count; ++tick) {
+    static_cast<void>(painted(painter, QSize(312, 312), 2));
+    pass(1.0 / 16);
+  }
+  EXPECT_EQ(painter.framesDecoded(), static_cast<std::uint64_t>(count));
+  EXPECT_LE(painter.bytesKept(), ScenePainter::standardBudget.pictures);
+  EXPECT_GT(painter.bytesPacked(), 0);
+  EXPECT_LE(painter.bytesPacked(), ScenePainter::standardBudget.packed);
+}
+
+TEST_F(ScenePainterTest, aPackedFrameLooksAsBefore) {
+  PetFolder::save(PetFolder::picture({360, 360}, QRect(31, 40, 100, 300), QColor(9, 200, 77, 130)),
+                  m_folder.stateFolder(pet, idle) + QStringLiteral("/1.png"));
+  present();
+  ScenePainter packing({.pictures = 0, .packed = 1'000'000});
+  const QImage plain = painted(m_painter);
+  EXPECT_EQ(painted(packing), plain);
+  EXPECT_EQ(painted(packing), plain);
+  EXPECT_EQ(packing.framesDecoded(), 1U);
+  EXPECT_EQ(packing.bytesKept(), 0);
+  EXPECT_GT(packing.bytesPacked(), 0);
+  packing.forgetFrames();
+  EXPECT_EQ(packing.bytesPacked(), 0);
+}
+
+TEST_F(ScenePainterTest, whatFitsNeitherBudgetIsDecodedEachTime) {
+  frames(1, {180, 180});
+  present();
+  ScenePainter none({.pictures = 0, .packed = 0});
+  for (std::uint64_t tick = 1; tick <= 3; ++tick) {
+    EXPECT_EQ(painted(none).pixelColor(100, 100), QColor(Qt::red));
+    EXPECT_EQ(none.framesDecoded(), tick);
+  }
+  EXPECT_EQ(none.bytesKept() + none.bytesPacked(), 0);
+}
+
+TEST_F(ScenePainterTest, aDeviceOfOneAndAHalfPixelsGetsThatPicture) {
+  frames(1, {800, 800});
+  present();
+  EXPECT_EQ(content(painted(m_painter, {side, side}, 1.5)), QRect(15, 18, 270, 270));
+  EXPECT_EQ(m_painter.bytesKept(), 270 * 270 * 4);
 }
 
 TEST_F(ScenePainterTest, alphaAndBreathActOnThePicture) {
