@@ -1,5 +1,7 @@
 #include "monitor/AttentionEngine.h"
 
+#include "pet/PetVitals.h"
+
 #include <algorithm>
 #include <tuple>
 
@@ -154,13 +156,14 @@ QString explain(const std::optional<AttentionItem> &top,
 }
 
 std::optional<int> aggregateLoadPct(const std::vector<SourceLoad> &loads) {
-  std::optional<int> highest;
+  std::vector<int> percentages;
   for (const SourceLoad &load : loads) {
     if (load.usedPct) {
-      highest = std::max(highest.value_or(0), std::clamp(*load.usedPct, 0, 100));
+      percentages.push_back(*load.usedPct);
     }
   }
-  return highest;
+  return percentages.empty() ? std::nullopt
+                             : std::optional(PetVitals::aggregateUsedPct(percentages));
 }
 
 } // namespace morvo::AttentionEngine
