@@ -25,9 +25,10 @@ constexpr std::uint64_t firstQuietTick = 3;
 using Chunk = std::array<char, std::size_t{256} * 1024>;
 /// How long an unfinished last line is waited for, look by look. A writer needs microseconds, but
 /// it may lose the processor in the middle of its write.
-constexpr std::array<std::chrono::milliseconds, 6> settlingPauses{
-    std::chrono::milliseconds(1), std::chrono::milliseconds(2),  std::chrono::milliseconds(4),
-    std::chrono::milliseconds(8), std::chrono::milliseconds(16), std::chrono::milliseconds(32)};
+constexpr std::array<std::chrono::milliseconds, 9> settlingPauses{
+    std::chrono::milliseconds(1),  std::chrono::milliseconds(2),   std::chrono::milliseconds(4),
+    std::chrono::milliseconds(8),  std::chrono::milliseconds(16),  std::chrono::milliseconds(32),
+    std::chrono::milliseconds(64), std::chrono::milliseconds(128), std::chrono::milliseconds(145)};
 
 /// The size of a regular file, links followed; nothing for anything else.
 std::optional<std::uint64_t> sizeOf(int outcome, const struct stat &status) {
@@ -119,7 +120,13 @@ bool InboxReader::readFile(const QByteArray &path, std::uint64_t size,
   if (std::min(size, *openedSize) < m_offset) {
     m_offset = 0;
   }
+  const std::uint64_t start = m_offset;
   readOn(file.descriptor(), stop);
+  // How much was new is known only now, but the log tells it before the lines.
+  log(u"drain newBytes=%1", m_offset - start);
+  for (const qsizetype count : std::exchange(m_signalCounts, {})) {
+    log(u"line parsed, signals=%1", count);
+  }
   return true;
 }
 
@@ -127,7 +134,6 @@ void InboxReader::readOn(int descriptor, const std::stop_token &stop) {
   const auto chunk = std::make_unique_for_overwrite<Chunk>();
   const auto handle = [this, &stop](const QByteArray &line) { handleLine(line, stop); };
   LineSplitter lines;
-  bool anyData = false;
   for (int attempt = 0; !stop.stop_requested();) {
     const ssize_t count = readAt(descriptor, *chunk, m_offset);
     if (count < 0) {
@@ -136,17 +142,12 @@ void InboxReader::readOn(int descriptor, const std::stop_token &stop) {
       return;
     }
     if (count > 0) {
-      anyData = true;
       m_offset += static_cast<std::uint64_t>(count);
-      log(u"drain newBytes=%1", count);
       const bool lineEnded = lines.feed(QByteArrayView(chunk->data(), count), handle);
       attempt = lineEnded ? 0 : attempt;
     } else if (lines.rest().isEmpty() || !awaitGrowth(attempt++, stop)) {
       break;
     }
-  }
-  if (!anyData) {
-    log(u"drain newBytes=0");
   }
   if (!lines.rest().isEmpty()) {
     handle(lines.rest());
@@ -162,7 +163,7 @@ bool InboxReader::awaitGrowth(int attempt, const std::stop_token &stop) const {
   return true;
 }
 
-void InboxReader::handleLine(const QByteArray &line, const std::stop_token &stop) const {
+void InboxReader::handleLine(const QByteArray &line, const std::stop_token &stop) {
   if (stop.stop_requested()) {
     return;
   }
@@ -171,7 +172,9 @@ void InboxReader::handleLine(const QByteArray &line, const std::stop_token &stop
     return;
   }
   auto found = HookParser::signals(*object);
-  log(u"line parsed, signals=%1", found.size());
+  if (m_debug) {
+    m_signalCounts.push_back(found.size());
+  }
   if (!found.isEmpty()) {
     m_onSignals(std::move(found), stop);
   }

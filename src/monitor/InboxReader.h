@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <stop_token>
+#include <vector>
 
 namespace morvo {
 
@@ -37,9 +38,9 @@ public:
   /// order. A file that cannot be opened is tried again at the next poll; one that shrank is read
   /// from its start. Returns early when a stop is requested; unread lines are then lost.
   ///
-  /// A line whose end is still missing is waited for, some milliseconds at most: a reader can see
-  /// a single write in parts. What is incomplete after that counts as read: nothing is put together
-  /// across polls.
+  /// A line whose end is still missing is waited for, some tenths of a second at most: a reader
+  /// can see a single write in parts. What is incomplete after that counts as read: nothing is put
+  /// together across polls.
   void drain(const std::stop_token &stop = {});
 
   /// Byte offset of the next unread byte.
@@ -50,7 +51,7 @@ private:
   bool readFile(const QByteArray &path, std::uint64_t size, const std::stop_token &stop);
   void readOn(int descriptor, const std::stop_token &stop);
   bool awaitGrowth(int attempt, const std::stop_token &stop) const;
-  void handleLine(const QByteArray &line, const std::stop_token &stop) const;
+  void handleLine(const QByteArray &line, const std::stop_token &stop);
   template <typename... Numbers> void log(QStringView text, Numbers... numbers) const;
 
   QString m_path;
@@ -59,6 +60,8 @@ private:
   Pause m_pause;
   std::uint64_t m_offset = 0;
   std::uint64_t m_tick = 0;
+  /// For the log: how many signals each object of this poll gave.
+  std::vector<qsizetype> m_signalCounts;
 };
 
 } // namespace morvo
