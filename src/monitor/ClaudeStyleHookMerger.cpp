@@ -28,23 +28,28 @@ bool groupContains(const Json &entry, const std::string &command) {
   return std::ranges::any_of(hooks, [&](const Json &hook) { return isOurs(hook, command); });
 }
 
-/// The event's entries without ours.
-Json withoutOurs(const Json &groups, const std::string &command) {
-  Json kept = Json::array();
-  for (Json entry : groups) {
-    if (isOurs(entry, command)) {
-      continue;
-    }
-    if (entry.is_object() && entry.contains(hooksKey) && entry[hooksKey].is_array()) {
-      std::erase_if(entry[hooksKey].get_ref<Json::array_t &>(),
-                    [&](const Json &hook) { return isOurs(hook, command); });
-      if (entry[hooksKey].empty()) {
-        continue;
-      }
-    }
-    kept.push_back(std::move(entry));
+/// Takes our hooks out of the group; whether that emptied it.
+bool emptiesGroup(Json &entry, const std::string &command) {
+  if (!groupContains(entry, command)) {
+    return false;
   }
-  return kept;
+  auto &hooks = entry[hooksKey].get_ref<Json::array_t &>();
+  std::erase_if(hooks, [&](const Json &hook) { return isOurs(hook, command); });
+  return hooks.empty();
+}
+
+/// Takes our entries out of the event's array; whether that emptied it.
+bool emptiesEvent(Json &groups, const std::string &command) {
+  auto &entries = groups.get_ref<Json::array_t &>();
+  Json::array_t kept;
+  for (Json &entry : entries) {
+    if (!isOurs(entry, command) && !emptiesGroup(entry, command)) {
+      kept.push_back(std::move(entry));
+    }
+  }
+  const bool anyRemoved = kept.size() < entries.size();
+  entries = std::move(kept);
+  return anyRemoved && entries.empty();
 }
 
 } // namespace
@@ -78,20 +83,21 @@ Json withAdded(Json settings, const QStringList &events, const QString &command)
 }
 
 Json withRemoved(Json settings, const QStringList &events, const QString &command) {
-  Json hooks = member(settings, hooksKey, Json::value_t::object);
-  for (const QString &name : events) {
-    const auto event = name.toStdString();
-    Json groups = withoutOurs(member(hooks, event, Json::value_t::array), command.toStdString());
-    if (groups.empty()) {
-      hooks.erase(event);
-    } else {
-      hooks[event] = std::move(groups);
+  const auto hooks = settings.is_object() ? settings.find(hooksKey) : settings.end();
+  if (hooks == settings.end() || !hooks->is_object()) {
+    return settings;
+  }
+  bool anyRemoved = false;
+  for (const QString &event : events) {
+    const auto groups = hooks->find(event.toStdString());
+    if (groups != hooks->end() && groups->is_array() &&
+        emptiesEvent(*groups, command.toStdString())) {
+      hooks->erase(groups);
+      anyRemoved = true;
     }
   }
-  if (hooks.empty()) {
-    settings.erase(hooksKey);
-  } else {
-    settings[hooksKey] = std::move(hooks);
+  if (anyRemoved && hooks->empty()) {
+    settings.erase(hooks);
   }
   return settings;
 }

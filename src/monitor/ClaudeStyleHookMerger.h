@@ -9,8 +9,8 @@
 /// Adding our hooks to an agent's settings and taking them out again. The settings' key `hooks`
 /// holds an object from event name to array of entries. An entry is a group with an array `hooks`
 /// of commands (Claude Code, Codex, Gemini CLI) or a command itself (the flat form: Cursor). An
-/// entry is ours when its `command` is exactly our command. Everything that is not ours survives;
-/// a value of another type than told counts as absent, so it is replaced.
+/// entry is ours when its `command` is exactly our command. Everything that is not ours survives,
+/// except that adding replaces a value of another type than told.
 namespace morvo::ClaudeStyleHookMerger {
 
 /// What is added to one event's array.
@@ -33,8 +33,9 @@ struct Entry {
 [[nodiscard]] nlohmann::json withAdded(nlohmann::json settings, const QStringList &events,
                                        const QString &command);
 
-/// Takes the command out of the events. A group left without hooks goes, an event left without
-/// groups goes, and `hooks` goes when it ends empty.
+/// Takes the command out of the events. A group that this leaves without hooks goes, an event that
+/// it leaves without groups goes, and so does `hooks` when it ends empty of that. What was empty or
+/// of another type before is not ours and stays.
 [[nodiscard]] nlohmann::json withRemoved(nlohmann::json settings, const QStringList &events,
                                          const QString &command);
 
