@@ -5,6 +5,7 @@
 #include "monitor/ClaudeConnector.h"
 #include "monitor/ClaudeStyleHookMerger.h"
 #include "monitor/HookScript.h"
+#include "monitor/SettingsLock.h"
 #include "pet/PetFiles.h"
 #include "platform/MorvoHome.h"
 
@@ -54,11 +55,12 @@ std::expected<void, HookError> ActConnector::setConnected(bool on) {
       return std::unexpected(installed.error());
     }
   }
-  auto document = AgentSettings::read(*m_context.files, ClaudeConnector(m_context).settingsURL());
-  if (!document) {
-    return std::unexpected(document.error());
-  }
-  return write(on ? added(std::move(document->object)) : removed(std::move(document->object)));
+  const SettingsLock lock(m_context.home);
+  return AgentSettings::change(*m_context.files, ClaudeConnector(m_context).settingsURL(),
+                               [this, on](nlohmann::json settings) {
+                                 return on ? added(std::move(settings))
+                                           : removed(std::move(settings));
+                               });
 }
 
 void ActConnector::decide(const QString &id, bool allow) const {

@@ -10,7 +10,8 @@
 namespace morvo {
 
 /// Connects one coding agent: puts our hooks into the agent's own file and takes them out again.
-/// The only state is in that file, read at each call. Not thread-safe for one agent.
+/// The only state is in that file, read at each call. Connectors of several threads or processes
+/// may change one file at once: nobody's change is lost.
 class AgentConnector {
 public:
   virtual ~AgentConnector() = default;

@@ -1,10 +1,12 @@
 #include "monitor/AgentSettings.h"
 
 #include "base/AtomicFile.h"
+#include "monitor/JsonComments.h"
 #include "monitor/SettingsSeal.h"
+#include "monitor/SharedFile.h"
 
 #include <algorithm>
-#include <cerrno>
+#include <utility>
 
 namespace morvo::AgentSettings {
 namespace {
@@ -42,30 +44,32 @@ nlohmann::json parsedSealed(const QByteArray &text) {
 } // namespace
 
 std::expected<Document, HookError> parse(const QByteArray &text, const QString &path) {
-  const QByteArray body = text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text;
+  const QByteArray unmarked =
+      text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text;
+  const QByteArray body = JsonComments::blanked(unmarked);
   if (nesting(body) > deepestNesting) {
     return std::unexpected(HookError{HookError::Kind::fileTooDeep, path, {}});
   }
   auto value = parsedSealed(body);
   if (value.is_object()) {
-    return Document{.object = std::move(value), .replacesForeignContent = false};
+    return Document{.object = std::move(value),
+                    .replacesForeignContent = false,
+                    .losesComments = body != unmarked};
   }
   if (value.is_discarded() && parsedSealed(QString::fromUtf8(body).toUtf8()).is_object()) {
     return std::unexpected(HookError{HookError::Kind::fileNotUtf8, path, {}});
   }
   return Document{.object = nlohmann::json::object(),
-                  .replacesForeignContent = !body.trimmed().isEmpty()};
+                  .replacesForeignContent = !unmarked.trimmed().isEmpty(),
+                  .losesComments = false};
 }
 
 std::expected<Document, HookError> read(FileLayer &files, const QString &path) {
-  auto content = files.read(path);
-  if (content) {
-    return parse(*content, path);
+  const auto content = AtomicFile::present(files, path);
+  if (!content) {
+    return std::unexpected(HookError{HookError::Kind::fileUnreadable, path, content.error()});
   }
-  if (content.error().code == ENOENT) {
-    return Document{};
-  }
-  return std::unexpected(HookError{HookError::Kind::fileUnreadable, path, content.error()});
+  return parse(content->value_or(QByteArray()), path);
 }
 
 QByteArray text(const nlohmann::json &object) {
@@ -82,6 +86,19 @@ std::expected<void, HookError> write(FileLayer &files, const QString &path,
     return std::unexpected(HookError{HookError::Kind::fileNotWritten, path, written.error()});
   }
   return {};
+}
+
+std::expected<void, HookError>
+change(FileLayer &files, const QString &path,
+       const std::function<nlohmann::json(nlohmann::json)> &changed) {
+  using Content = std::expected<QByteArray, HookError>;
+  return SharedFile::change(files, path, [&](const QByteArray &old) -> Content {
+    auto document = parse(old, path);
+    if (!document) {
+      return std::unexpected(document.error());
+    }
+    return text(changed(std::move(document->object)));
+  });
 }
 
 } // namespace morvo::AgentSettings

@@ -5,6 +5,11 @@
 #include <utility>
 
 namespace morvo {
+namespace {
+
+constexpr const char *hooksOffKey = "disableAllHooks";
+
+} // namespace
 
 ClaudeConnector::ClaudeConnector(HookContext context)
     : HookFileConnector(std::move(context),
@@ -22,6 +27,16 @@ nlohmann::json ClaudeConnector::withHooksAdded(nlohmann::json settings) const {
 
 bool ClaudeConnector::groupsContainOurCommand(const nlohmann::json &groups) const {
   return ClaudeStyleHookMerger::groupsContain(groups, command());
+}
+
+QStringList ClaudeConnector::furtherObstacles(const nlohmann::json &settings,
+                                              [[maybe_unused]] bool entered) const {
+  const auto hooksOff = settings.find(hooksOffKey);
+  if (hooksOff == settings.end() || *hooksOff != nlohmann::json(true)) {
+    return {};
+  }
+  return {
+      QStringLiteral("%1 里 disableAllHooks 是 true，Claude Code 不会运行任何钩子").arg(file())};
 }
 
 } // namespace morvo

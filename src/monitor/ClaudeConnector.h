@@ -13,6 +13,10 @@ public:
   [[nodiscard]] QString settingsURL() const { return file(); }
   [[nodiscard]] nlohmann::json withHooksAdded(nlohmann::json settings) const override;
   [[nodiscard]] bool groupsContainOurCommand(const nlohmann::json &groups) const;
+
+protected:
+  [[nodiscard]] QStringList furtherObstacles(const nlohmann::json &settings,
+                                             bool entered) const override;
 };
 
 } // namespace morvo

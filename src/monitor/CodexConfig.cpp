@@ -2,8 +2,9 @@
 
 #include <QList>
 
+#include <algorithm>
 #include <optional>
-#include <sstream>
+#include <string_view>
 #include <toml++/toml.h>
 
 namespace morvo::CodexConfig {
@@ -13,6 +14,9 @@ constexpr QByteArrayView sectionHead("[features]");
 constexpr QByteArrayView switchKey("hooks");
 constexpr QByteArrayView onValue("true");
 constexpr const char *onLine = "hooks = true";
+/// The same place as a TOML parser names it.
+constexpr std::string_view featuresKey = "features";
+constexpr std::string_view hooksKey = "hooks";
 
 /// The line without its comment and the white space around.
 QByteArray significant(const QByteArray &line) {
@@ -40,13 +44,37 @@ void appendSection(QList<QByteArray> &lines) {
   lines << sectionHead.toByteArray() << QByteArray(onLine);
 }
 
-/// The parsed text; nothing when it is no TOML.
+/// Whether the parser gets along with the text's size and depth.
+bool isWithinLimits(const QByteArray &text) {
+  const QList<QByteArray> lines = text.split('\n');
+  return text.size() <= longestText && std::ranges::all_of(lines, [](const QByteArray &line) {
+           return line.count('.') <= mostDotsInLine;
+         });
+}
+
+/// The parsed text; nothing when it is no TOML or beyond the limits.
 std::optional<toml::table> parsed(const QByteArray &text) {
+  if (!isWithinLimits(text)) {
+    return std::nullopt;
+  }
   try {
     return toml::parse(std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
   } catch (const toml::parse_error &) {
     return std::nullopt;
   }
+}
+
+/// Turns the switch on in the values; false when `features` is something that has none.
+bool turnOn(toml::table &config) {
+  if (!config.contains(featuresKey)) {
+    config.insert(featuresKey, toml::table());
+  }
+  toml::table *features = config[featuresKey].as_table();
+  if (features == nullptr) {
+    return false;
+  }
+  features->insert_or_assign(hooksKey, true);
+  return true;
 }
 
 } // namespace
@@ -91,12 +119,25 @@ QByteArray withHooksFeatureEnabled(const QByteArray &toml) {
   return lines.join('\n');
 }
 
+Switch byToml(const QByteArray &toml) {
+  const auto table = parsed(toml);
+  if (!table) {
+    return Switch::notUnderstood;
+  }
+  return (*table)[featuresKey][hooksKey].value_exact<bool>().value_or(false) ? Switch::on
+                                                                             : Switch::off;
+}
+
 bool isSafeChange(const QByteArray &before, const QByteArray &after) {
-  if (after == before || !parsed(before)) {
+  if (after == before) {
     return true;
   }
-  const auto table = parsed(after);
-  return table && (*table)["features"]["hooks"].value_or(false);
+  auto wanted = parsed(before);
+  if (!wanted) {
+    return isWithinLimits(before);
+  }
+  const auto got = parsed(after);
+  return got && turnOn(*wanted) && *got == *wanted;
 }
 
 } // namespace morvo::CodexConfig

@@ -24,12 +24,16 @@ public:
   [[nodiscard]] std::expected<void, HookError> enableHooksFeature();
 
 protected:
-  [[nodiscard]] std::expected<void, HookError> prepare() override { return enableHooksFeature(); }
-  [[nodiscard]] QStringList furtherObstacles(bool entered) const override;
+  [[nodiscard]] std::expected<void, HookError> prepare() override { return switchHooksOn(); }
+  [[nodiscard]] QStringList furtherObstacles(const nlohmann::json &settings,
+                                             bool entered) const override;
 
 private:
   /// The configuration's text, empty when there is no file.
   [[nodiscard]] std::expected<QByteArray, HookError> config() const;
+  /// `enableHooksFeature` under a lock that is held already.
+  [[nodiscard]] std::expected<void, HookError> switchHooksOn();
+  [[nodiscard]] QStringList switchObstacles(const QByteArray &toml, bool entered) const;
 };
 
 } // namespace morvo

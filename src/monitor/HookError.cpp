@@ -16,8 +16,10 @@ QString sentence(HookError::Kind kind) {
   case HookError::Kind::fileTooDeep:
     return QStringLiteral("%1 嵌套得太深，没有改动它");
   case HookError::Kind::configConflict:
-    return QStringLiteral("%1 用别的写法定义了 features，自动开启会弄坏它，所以没有改动；"
-                          "请手动改成 [features] 一节里的一行 hooks = true");
+    return QStringLiteral("%1 的写法这里看不懂，自动开启可能弄坏它，所以没有改动；"
+                          "请手动在 [features] 一节里写一行 hooks = true");
+  case HookError::Kind::fileBusy:
+    return QStringLiteral("%1 正被别的程序不停地改写，没有改动它，请稍后再试");
   case HookError::Kind::fileNotWritten:
     return QStringLiteral("没能写入 %1");
   }

@@ -16,7 +16,9 @@ struct HookError {
     fileUnreadable,   ///< The agent's file exists but cannot be read.
     fileNotUtf8,      ///< The agent's file would be JSON, were all of its bytes UTF-8.
     fileTooDeep,      ///< The agent's file is nested deeper than the program follows.
-    configConflict,   ///< Enabling hooks in Codex's configuration would spoil that file.
+    configConflict,   ///< Codex's configuration is written in a way that the program does not
+                      ///< understand well enough to enable hooks without spoiling the file.
+    fileBusy,         ///< The file kept changing while it was to be changed.
     fileNotWritten,   ///< The agent's file could not be written.
   };
 

@@ -3,6 +3,7 @@
 #include "monitor/AgentSettings.h"
 #include "monitor/ClaudeStyleHookMerger.h"
 #include "monitor/HookScript.h"
+#include "monitor/SettingsLock.h"
 #include "platform/MorvoHome.h"
 
 #include <QDir>
@@ -32,22 +33,23 @@ std::expected<void, HookError> HookFileConnector::connect() {
   if (auto installed = HookScript::install(m_context); !installed) {
     return std::unexpected(installed.error());
   }
-  auto document = AgentSettings::read(*m_context.files, file());
-  if (!document) {
+  const SettingsLock lock(m_context.home);
+  if (const auto document = AgentSettings::read(*m_context.files, file()); !document) {
     return std::unexpected(document.error());
   }
   if (auto prepared = prepare(); !prepared) {
     return prepared;
   }
-  return AgentSettings::write(*m_context.files, file(), withHooksAdded(document->object));
+  return AgentSettings::change(*m_context.files, file(), [this](nlohmann::json settings) {
+    return withHooksAdded(std::move(settings));
+  });
 }
 
 std::expected<void, HookError> HookFileConnector::disconnect() {
-  auto document = AgentSettings::read(*m_context.files, file());
-  if (!document) {
-    return std::unexpected(document.error());
-  }
-  return AgentSettings::write(*m_context.files, file(), withHooksRemoved(document->object));
+  const SettingsLock lock(m_context.home);
+  return AgentSettings::change(*m_context.files, file(), [this](nlohmann::json settings) {
+    return withHooksRemoved(std::move(settings));
+  });
 }
 
 bool HookFileConnector::isConnected() const {
@@ -79,18 +81,24 @@ QStringList HookFileConnector::obstacles() const {
   if (document->replacesForeignContent) {
     found << QStringLiteral("%1 不是 JSON 对象，连接会用新内容替换它").arg(file());
   }
+  if (document->losesComments) {
+    found << QStringLiteral("%1 里有注释，连接或断开会保留所有设置，但去掉注释").arg(file());
+  }
   const QStringList missing = missingEvents(document->object);
   const bool entered = missing.size() < m_agent.events.size();
   if (entered) {
-    found << HookScript::scriptObstacles(m_context);
+    found << HookScript::scriptObstacles(m_context) << HookScript::inboxObstacles(m_context);
     if (!missing.isEmpty()) {
       found << QStringLiteral("%1 缺少这些事件的钩子：%2，请重新连接")
                    .arg(file(), missing.join(QStringLiteral("、")));
     }
   }
-  return found + furtherObstacles(entered);
+  return found + furtherObstacles(document->object, entered);
 }
 
-QStringList HookFileConnector::furtherObstacles([[maybe_unused]] bool entered) const { return {}; }
+QStringList HookFileConnector::furtherObstacles([[maybe_unused]] const nlohmann::json &settings,
+                                                [[maybe_unused]] bool entered) const {
+  return {};
+}
 
 } // namespace morvo

@@ -37,10 +37,12 @@ protected:
 
   HookFileConnector(HookContext context, Agent agent);
 
-  /// A further step between reading the agent's file and writing it.
+  /// A further step between reading the agent's file and writing it. The settings lock is held.
   [[nodiscard]] virtual std::expected<void, HookError> prepare() { return {}; }
-  /// Obstacles beyond the common ones; `entered` tells whether the file holds any of our entries.
-  [[nodiscard]] virtual QStringList furtherObstacles(bool entered) const;
+  /// Obstacles beyond the common ones, by the settings in the agent's file; `entered` tells whether
+  /// they hold any of our entries.
+  [[nodiscard]] virtual QStringList furtherObstacles(const nlohmann::json &settings,
+                                                     bool entered) const;
 
   [[nodiscard]] const HookContext &context() const { return m_context; }
   [[nodiscard]] const QStringList &events() const { return m_agent.events; }

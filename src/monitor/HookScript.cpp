@@ -3,9 +3,13 @@
 #include "base/AtomicFile.h"
 #include "platform/MorvoHome.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace morvo::HookScript {
 namespace {
@@ -18,52 +22,82 @@ constexpr AtomicFile::Options scriptOptions{.mode = 0755, .forceMode = true, .di
 // -I -S: the hook runs in the user's project, where a file named json.py must not be taken for the
 // library; and no site folder needs to be searched, which halves the start.
 //
-// The bytes of a line go to one unbuffered write on an appending descriptor: lines of hooks that
-// end at the same moment do not mix, whatever their length. Text that is no valid Unicode gets
-// replacement characters, and a number beyond a double becomes null, since a line that is not JSON
-// would be an event lost.
-constexpr const char *eventScriptText = R"script(#!/bin/sh
+// Text that is no valid Unicode gets replacement characters, and a number that Python or a double
+// does not hold becomes null, since a line that is not JSON would be an event lost.
+constexpr const char *eventScriptHead = R"script(#!/bin/sh
 # Morvo: 把 coding agent hook 的 stdin JSON 压成一行追加到 inbox，供 Morvo 消费。
 exec /usr/bin/python3 -I -S -c '
-import json, os, sys
+import json, os, stat, sys
+)script";
 
+// The bytes of a line go to one unbuffered write on an appending descriptor: lines of hooks that
+// end at the same moment do not mix, whatever their length. A piece that a full disk has cut off
+// ends at the line feed put before the next line; who sees the middle of another one's write puts
+// one as well, which makes an empty line, and that is none. The descriptor never waits, which
+// matters for a pipe in the inbox's place.
+constexpr const char *sharedProgram = R"script(
 def finite(text):
     value = float(text)
     return value if value - value == 0 else None
 
-try:
-    text = sys.stdin.buffer.read().decode("utf-8-sig", "replace")
-    event = json.loads(text, parse_float=finite, parse_constant=lambda name: None)
-    event["_src"] = sys.argv[1] if len(sys.argv) > 1 else "unknown"
-    line = (json.dumps(event, ensure_ascii=False) + "\n").encode("utf-8", "replace")
-except Exception:
-    sys.exit(0)
+def whole(text):
+    try:
+        return int(text)
+    except ValueError:
+        return None
 
-try:
-    folder = os.path.join(os.environ["HOME"], ".morvo")
-    os.makedirs(folder, 0o700, exist_ok=True)
-    inbox = os.open(os.path.join(folder, "inbox.jsonl"),
-                    os.O_WRONLY | os.O_APPEND | os.O_CREAT, 0o600)
-    while line:
-        line = line[os.write(inbox, line):]
-except (KeyError, OSError) as failure:
-    sys.exit("morvo: %r" % failure)
-' "$@"
-)script";
-
-constexpr const char *permissionScriptText = R"script(#!/bin/sh
-# Morvo: 把工具权限请求交给 Morvo 审批，等待决定文件；没人回答就静默退出，由 agent 自己询问。
-# 答复的理由：只读，自动放行 / 你批准了 / 你拒绝了
-exec /usr/bin/python3 -I -S -c '
-import hashlib, json, os, sys, time
-
-READ_ONLY = ("Read", "Grep", "Glob", "LS", "NotebookRead", "WebFetch", "WebSearch", "TodoWrite")
-ROUNDS = 180
-PAUSE = 0.5
+def parsed(data):
+    return json.loads(data.decode("utf-8-sig", "replace"), parse_float=finite, parse_int=whole,
+                      parse_constant=lambda name: None)
 
 def encoded(value):
     return (json.dumps(value, ensure_ascii=False) + "\n").encode("utf-8", "replace")
 
+def appended(line):
+    home = os.environ.get("HOME", "")
+    if not os.path.isabs(home):
+        raise OSError("HOME is not an absolute path")
+    folder = os.path.join(home, ".morvo")
+    os.makedirs(folder, 0o700, exist_ok=True)
+    inbox = os.open(os.path.join(folder, "inbox.jsonl"),
+                    os.O_RDWR | os.O_APPEND | os.O_CREAT | os.O_NONBLOCK, 0o600)
+    status = os.fstat(inbox)
+    if not stat.S_ISREG(status.st_mode):
+        raise OSError("the inbox is not a regular file")
+    if status.st_size > 0 and os.pread(inbox, 1, status.st_size - 1) not in (b"\n", b""):
+        line = b"\n" + line
+    while line:
+        line = line[os.write(inbox, line):]
+    return folder
+)script";
+
+constexpr const char *eventScriptBody = R"script(
+try:
+    event = parsed(sys.stdin.buffer.read())
+    event["_src"] = sys.argv[1] if len(sys.argv) > 1 else "unknown"
+    line = encoded(event)
+except Exception:
+    sys.exit(0)
+
+try:
+    appended(line)
+except OSError as failure:
+    sys.exit("morvo: %r" % failure)
+' "$@"
+)script";
+
+constexpr const char *permissionScriptHead = R"script(#!/bin/sh
+# Morvo: 把工具权限请求交给 Morvo 审批，等待决定文件；没人回答就静默退出，由 agent 自己询问。
+# 答复的理由：只读，自动放行 / 你批准了 / 你拒绝了
+exec /usr/bin/python3 -I -S -c '
+import hashlib, json, os, stat, sys, time
+
+READ_ONLY = ("Read", "Grep", "Glob", "LS", "NotebookRead", "WebFetch", "WebSearch", "TodoWrite")
+ROUNDS = 180
+PAUSE = 0.5
+)script";
+
+constexpr const char *permissionScriptBody = R"script(
 def out(decision, reason):
     sys.stdout.buffer.write(encoded({"hookSpecificOutput": {
         "hookEventName": "PreToolUse",
@@ -87,7 +121,7 @@ def decision_in(path):
         return "ask"
 
 try:
-    request = json.loads(sys.stdin.buffer.read().decode("utf-8-sig", "replace"))
+    request = parsed(sys.stdin.buffer.read())
     tool = request.get("tool_name") or ""
     tool = tool if isinstance(tool, str) else str(tool)
     summary = summary_of(request.get("tool_input") or {})[:200]
@@ -97,19 +131,16 @@ except Exception:
 if tool in READ_ONLY:
     out("allow", "\u53ea\u8bfb\uff0c\u81ea\u52a8\u653e\u884c")
 
-request_id = hashlib.md5((str(time.time()) + tool).encode("utf-8", "replace")).hexdigest()[:12]
-line = encoded({"kind": "perm", "id": request_id, "tool": tool, "summary": summary})
+# The digest only makes a name; some systems forbid MD5 for anything else.
+request_id = hashlib.md5((str(time.time()) + tool).encode("utf-8", "replace"),
+                         usedforsecurity=False).hexdigest()[:12]
 
 try:
-    folder = os.path.join(os.environ["HOME"], ".morvo")
+    folder = appended(encoded({"kind": "perm", "id": request_id, "tool": tool,
+                               "summary": summary}))
     decisions = os.path.join(folder, "decisions")
-    os.makedirs(folder, 0o700, exist_ok=True)
-    inbox = os.open(os.path.join(folder, "inbox.jsonl"),
-                    os.O_WRONLY | os.O_APPEND | os.O_CREAT, 0o600)
-    while line:
-        line = line[os.write(inbox, line):]
     os.makedirs(decisions, 0o700, exist_ok=True)
-except (KeyError, OSError) as failure:
+except OSError as failure:
     sys.exit("morvo: %r" % failure)
 
 path = os.path.join(decisions, request_id + ".json")
@@ -135,6 +166,23 @@ std::expected<void, HookError> writeScript(FileLayer &files, const QString &path
     return std::unexpected(HookError{HookError::Kind::scriptNotWritten, path, written.error()});
   }
   return {};
+}
+
+/// Whether the scripts can open the file as they do.
+bool opensForAppending(const QString &path) {
+  const int descriptor = ::open(QFile::encodeName(path).constData(),
+                                O_RDWR | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (descriptor < 0) {
+    return false;
+  }
+  ::close(descriptor);
+  return true;
+}
+
+/// One name for a folder, whatever links lead to it.
+QString canonical(const QString &path) {
+  const QString found = QFileInfo(path).canonicalFilePath();
+  return found.isEmpty() ? QDir::cleanPath(path) : found;
 }
 
 /// Agents hand the command to a shell unquoted; any other character would split or change it.
@@ -194,8 +242,26 @@ QStringList scriptObstacles(const HookContext &context) {
   return found;
 }
 
-QByteArray eventScript() { return {eventScriptText}; }
+QStringList inboxObstacles(const HookContext &context) {
+  QStringList found;
+  const QString inbox = MorvoHome::inbox(context.home);
+  if (const QFileInfo info(inbox); info.exists() && !info.isFile()) {
+    found << QStringLiteral("%1 不是普通文件，钩子写不进去").arg(inbox);
+  } else if (info.exists() && !opensForAppending(inbox)) {
+    found << QStringLiteral("%1 不可写，钩子写不进去").arg(inbox);
+  }
+  const auto home = context.environment.nonEmpty(QStringLiteral("HOME"));
+  if (home && canonical(*home) != canonical(context.home.path)) {
+    found << QStringLiteral("这里的 HOME 是 %1，和 %2 不同，用它启动的 agent 会把事件写到别处")
+                 .arg(*home, context.home.path);
+  }
+  return found;
+}
 
-QByteArray permissionScript() { return {permissionScriptText}; }
+QByteArray eventScript() { return QByteArray(eventScriptHead) + sharedProgram + eventScriptBody; }
+
+QByteArray permissionScript() {
+  return QByteArray(permissionScriptHead) + sharedProgram + permissionScriptBody;
+}
 
 } // namespace morvo::HookScript

@@ -25,6 +25,9 @@ namespace morvo::HookScript {
 /// What keeps the installed `hook.sh` from being run, as Chinese sentences.
 [[nodiscard]] QStringList scriptObstacles(const HookContext &context);
 
+/// What keeps the scripts from writing into the inbox that the program reads, as Chinese sentences.
+[[nodiscard]] QStringList inboxObstacles(const HookContext &context);
+
 /// The text of `hook.sh`.
 [[nodiscard]] QByteArray eventScript();
 /// The text of `perm.sh`.

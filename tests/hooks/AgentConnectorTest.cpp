@@ -1,4 +1,5 @@
 #include "hooks/HookHome.h"
+#include "monitor/ActConnector.h"
 #include "monitor/AgentConnectors.h"
 #include "monitor/ClaudeConnector.h"
 #include "monitor/CodexConnector.h"
@@ -7,8 +8,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <atomic>
+#include <barrier>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <thread>
 
 namespace morvo {
 namespace {
@@ -279,6 +283,77 @@ TEST_P(AgentConnectorTest, WhenTheScriptCannotBeInstalledNothingElseChanges) {
   EXPECT_EQ(m_home.get(QStringLiteral(".codex/config.toml")), "<none>");
 }
 
+TEST_P(AgentConnectorTest, TellsOfAnInboxThatNoHookCanWriteInto) {
+  connect();
+  const QString inbox = m_home.path(QStringLiteral(".morvo/inbox.jsonl"));
+  const auto told = [&] { return make()->obstacles().join(u'\n'); };
+  EXPECT_FALSE(told().contains(inbox));
+  ASSERT_TRUE(QFile::remove(inbox));
+  EXPECT_FALSE(told().contains(inbox)) << "the script creates a missing one";
+  ASSERT_EQ(::mkfifo(QFile::encodeName(inbox).constData(), 0600), 0);
+  EXPECT_TRUE(told().contains(inbox + QStringLiteral(" 不是普通文件")));
+  ASSERT_TRUE(QFile::remove(inbox));
+  // Not even a privileged user may write into a running program.
+  ASSERT_TRUE(QFile::link(QStringLiteral("/proc/self/exe"), inbox));
+  EXPECT_TRUE(told().contains(inbox + QStringLiteral(" 不可写")));
+}
+
+TEST_P(AgentConnectorTest, TellsThatEventsOfAnotherHomeLandElsewhere) {
+  connect();
+  const auto told = [&](const QString &home) {
+    return connector(GetParam().id, m_home.context({{QStringLiteral("HOME"), home}}))
+        ->obstacles()
+        .join(u'\n');
+  };
+  const QString word = QStringLiteral("这里的 HOME 是");
+  EXPECT_TRUE(told(QStringLiteral("/somewhere/else")).contains(word));
+  EXPECT_FALSE(told(m_home.home().path).contains(word));
+  EXPECT_FALSE(told(m_home.home().path + u'/').contains(word));
+  EXPECT_FALSE(told(QString()).contains(word));
+  ASSERT_TRUE(QFile::link(m_home.home().path, m_home.path(QStringLiteral("same"))));
+  EXPECT_FALSE(told(m_home.path(QStringLiteral("same"))).contains(word));
+}
+
+TEST_P(AgentConnectorTest, CommentsAreNoReasonToLoseSettings) {
+  m_home.put(file(), "{ // mine\n  \"model\": \"o\" /* , */ }\n");
+  EXPECT_TRUE(make()->obstacles().join(u' ').contains(QStringLiteral("里有注释")));
+  connect();
+  EXPECT_EQ(m_home.json(file())["model"], "o");
+  EXPECT_FALSE(make()->obstacles().join(u' ').contains(QStringLiteral("里有注释")));
+}
+
+TEST_P(AgentConnectorTest, TheLockIsForTheUserAlone) {
+  connect();
+  EXPECT_EQ(m_home.mode(QStringLiteral(".morvo/.lock")), 0600U);
+}
+
+/// Everyone changes the file at the same time, as processes do: each with a lock of its own.
+TEST(AgentConnectorsTest, ChangesMadeAtOnceAllSurvive) {
+  for (int round = 0; round < 20; ++round) {
+    HookHome home;
+    std::barrier start(2);
+    std::atomic<int> done = 0;
+    {
+      const std::jthread events([&] {
+        SystemFileLayer files;
+        HookContext context{.home = home.home(), .environment = {}, .files = &files};
+        start.arrive_and_wait();
+        done += ClaudeConnector(context).connect().has_value() ? 1 : 0;
+      });
+      const std::jthread approvals([&] {
+        SystemFileLayer files;
+        HookContext context{.home = home.home(), .environment = {}, .files = &files};
+        start.arrive_and_wait();
+        done += ActConnector(context).setConnected(true).has_value() ? 1 : 0;
+      });
+    }
+    ASSERT_EQ(done, 2);
+    const Json settings = home.json(QStringLiteral(".claude/settings.json"));
+    EXPECT_TRUE(ClaudeConnector(home.context()).isConnected()) << settings.dump();
+    EXPECT_TRUE(settings["hooks"].contains("PreToolUse")) << settings.dump();
+  }
+}
+
 TEST(AgentConnectorsTest, AreFourInTheOrderTheyAreShown) {
   HookHome home;
   QStringList ids;
@@ -294,6 +369,19 @@ TEST(ClaudeConnectorTest, KnowsItsOwnCommandInGroups) {
   const auto settings = claude.withHooksAdded(Json::object());
   EXPECT_TRUE(claude.groupsContainOurCommand(settings["hooks"]["SubagentStop"]));
   EXPECT_FALSE(claude.groupsContainOurCommand(Json::array()));
+}
+
+TEST(ClaudeConnectorTest, TellsThatAllHooksAreOff) {
+  HookHome home;
+  const ClaudeConnector claude(home.context());
+  const auto isTold = [&](const char *value) {
+    home.put(QStringLiteral(".claude/settings.json"),
+             QByteArray("{\"disableAllHooks\": ") + value + "}");
+    return claude.obstacles().join(u' ').contains(QStringLiteral("disableAllHooks"));
+  };
+  EXPECT_TRUE(isTold("true"));
+  EXPECT_FALSE(isTold("false"));
+  EXPECT_FALSE(isTold("\"true\""));
 }
 
 class CodexConnectorTest : public testing::Test {
@@ -323,6 +411,26 @@ TEST_F(CodexConnectorTest, WithTheEntriesThereButTheFeatureOffItIsNotConnectedAn
   m_home.put(m_config, "[features]\nhooks = false\n");
   EXPECT_FALSE(m_codex.isConnected());
   EXPECT_TRUE(m_codex.obstacles().join(u' ').contains(QStringLiteral("没有 hooks = true")));
+}
+
+TEST_F(CodexConnectorTest, TellsKeysThatCodexRefuses) {
+  m_home.put(m_hooks, R"({"mine": 1, "version": 2})");
+  EXPECT_TRUE(
+      m_codex.obstacles().join(u' ').contains(QStringLiteral("不认识的键：mine、version，")));
+  m_home.put(m_hooks, R"({"hooks": {}})");
+  EXPECT_EQ(m_codex.obstacles(), QStringList());
+}
+
+TEST_F(CodexConnectorTest, TellsAConfigurationThatIsNoToml) {
+  m_home.put(m_config, "= broken");
+  EXPECT_TRUE(m_codex.obstacles().join(u' ').contains(QStringLiteral("不是看得懂的 TOML")));
+}
+
+TEST_F(CodexConnectorTest, TellsASwitchThatOnlyLooksOn) {
+  ASSERT_TRUE(m_codex.connect().has_value());
+  m_home.put(m_config, "text = \"\"\"\n[features]\nhooks = true\n\"\"\"\n");
+  EXPECT_TRUE(m_codex.isConnected()) << "by the line alone";
+  EXPECT_TRUE(m_codex.obstacles().join(u' ').contains(QStringLiteral("按 TOML 不算")));
 }
 
 TEST_F(CodexConnectorTest, RemindsOfTheTrustThatCodexAsksFor) {

@@ -2,6 +2,7 @@
 #include "base/AtomicFile.h"
 #include "hooks/HookHome.h"
 #include "monitor/SettingsSeal.h"
+#include "monitor/SharedFile.h"
 #include "support/FailingFileLayer.h"
 
 #include <QDir>
@@ -79,16 +80,71 @@ TEST_P(NoObjectTest, CountsAsAnEmptyObject) {
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, NoObjectTest,
-    testing::Values(QByteArray(), QByteArray(" \n"), QByteArray("nonsense"), QByteArray("[1]"),
-                    QByteArray("1e400"), QByteArray("\"t\""), QByteArray("{\"a\":1"),
-                    QByteArray("{\"a\":1} x"), QByteArray("{1e400:1}"), QByteArray("{\"a\" 1.5}"),
-                    QByteArray("{\"a\":01.5}"), QByteArray("{\"a\":1.}"), QByteArray("{\"a\":.5}"),
-                    QByteArray("{\"a\":1e}"), QByteArray("{\"a\":+1.5}"),
-                    QByteArray("{\"a\":--1.5}"), QByteArray("{\"a\":\"\\ud8\"}"),
-                    QByteArray("{\"a\":\"\\"), QByteArray("{\"a\":\"\\u"),
-                    QByteArray("{\"a\":\"\\ud83d\\"), QByteArray("{\"a\":1,}"),
-                    QByteArray("{\"a\":1} // note"), QByteArray("\xFF\xFE"), QByteArray("-"),
-                    QByteArray("\"")));
+    testing::Values(
+        QByteArray(), QByteArray(" \n"), QByteArray("nonsense"), QByteArray("[1]"),
+        QByteArray("1e400"), QByteArray("\"t\""), QByteArray("{\"a\":1"), QByteArray("{\"a\":1} x"),
+        QByteArray("{1e400:1}"), QByteArray("{\"a\" 1.5}"), QByteArray("{\"a\":01.5}"),
+        QByteArray("{\"a\":1.}"), QByteArray("{\"a\":.5}"), QByteArray("{\"a\":1e}"),
+        QByteArray("{\"a\":+1.5}"), QByteArray("{\"a\":--1.5}"), QByteArray("{\"a\":\"\\ud8\"}"),
+        QByteArray("{\"a\":\"\\"), QByteArray("{\"a\":\"\\u"), QByteArray("{\"a\":\"\\ud83d\\"),
+        QByteArray("{\"a\":1,}"), QByteArray("{\"a\":1} / note"), QByteArray("{\"a\":1} /* note"),
+        QByteArray("{\"a\":1/**/2}"), QByteArray("// {\"a\":1}"), QByteArray("/**/"),
+        QByteArray("/*/{}"), QByteArray("\xFF\xFE"), QByteArray("-"), QByteArray("\"")));
+
+TEST(AgentSettingsTest, CommentsGoAndEveryKeyAndValueStays) {
+  const QByteArray text =
+      "// \"head\" {[\n{ /* {\"x\": 1e9, */ \"a\" /**/ : 1e400, // \\ud83d \"\r\n"
+      "\"b//c\": \"/* no */ \\\" // no\", /* 1.50 \xFF */ \"d\": 1.50 } // end";
+  const auto document = AgentSettings::parse(text, somePath);
+  ASSERT_TRUE(document.has_value());
+  EXPECT_FALSE(document->replacesForeignContent);
+  EXPECT_TRUE(document->losesComments);
+  EXPECT_EQ(AgentSettings::text(document->object),
+            "{\n  \"a\": 1e400,\n  \"b//c\": \"/* no */ \\\" // no\",\n  \"d\": 1.50\n}\n");
+}
+
+TEST(AgentSettingsTest, TextsThatLookLikeCommentsAreNone) {
+  const auto document = AgentSettings::parse(R"({"a":"// /* \"})", somePath);
+  ASSERT_TRUE(document.has_value());
+  EXPECT_FALSE(document->losesComments);
+}
+
+TEST(AgentSettingsTest, AFileThatChangesMeanwhileIsChangedAnew) {
+  HookHome home;
+  home.put(QStringLiteral("s.json"), R"({"theirs": 0})");
+  test::FailingFileLayer files;
+  int interferences = 0;
+  files.beforeEach([&](QStringView operation) {
+    if (operation == u"fsync" && interferences < 3) {
+      home.put(QStringLiteral("s.json"),
+               "{\"theirs\": " + QByteArray::number(++interferences) + "}");
+    }
+  });
+  const auto addOurs = [](nlohmann::json settings) {
+    settings["ours"] = true;
+    return settings;
+  };
+  ASSERT_TRUE(
+      AgentSettings::change(files, home.path(QStringLiteral("s.json")), addOurs).has_value());
+  EXPECT_EQ(home.json(QStringLiteral("s.json")), (nlohmann::json{{"theirs", 3}, {"ours", true}}));
+}
+
+TEST(AgentSettingsTest, AFileThatNeverStopsChangingIsLeftAlone) {
+  HookHome home;
+  test::FailingFileLayer files;
+  int changes = 0;
+  files.beforeEach([&](QStringView operation) {
+    if (operation == u"fsync") {
+      home.put(QStringLiteral("s.json"), "{\"n\": " + QByteArray::number(++changes) + "}");
+    }
+  });
+  const auto outcome = AgentSettings::change(files, home.path(QStringLiteral("s.json")),
+                                             [](nlohmann::json settings) { return settings; });
+  ASSERT_FALSE(outcome.has_value());
+  EXPECT_EQ(outcome.error().kind, HookError::Kind::fileBusy);
+  EXPECT_EQ(changes, SharedFile::attempts);
+  EXPECT_EQ(home.json(QStringLiteral("s.json"))["n"], changes);
+}
 
 TEST(AgentSettingsTest, BytesThatAreNoUtf8AreRefusedNotReplaced) {
   const auto document = AgentSettings::parse("{\"name\": \"caf\xE9\"}", somePath);

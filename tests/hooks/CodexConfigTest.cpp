@@ -86,6 +86,53 @@ TEST(CodexConfigSafetyTest, ATextThatWasNoTomlCannotBeSpoiled) {
   EXPECT_TRUE(CodexConfig::isSafeChange("= broken", "= broken\n\n[features]\nhooks = true"));
 }
 
+class SpoiledTest : public testing::TestWithParam<QByteArray> {};
+
+TEST_P(SpoiledTest, AChangeOfAnythingButTheSwitchIsNotSafe) {
+  const QByteArray after = CodexConfig::withHooksFeatureEnabled(GetParam());
+  EXPECT_NE(after, GetParam());
+  EXPECT_FALSE(CodexConfig::isSafeChange(GetParam(), after)) << after.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, SpoiledTest,
+    testing::Values("text = \"\"\"\n[features]\nhooks = false\n\"\"\"\n[features]\nhooks = true\n",
+                    "features.hooks = true\ntext = \"\"\"\n[features]\nhooks = false\n\"\"\"\n",
+                    "features.hooks = true\ntext = \"\"\"\n[features]\n\"\"\"\n",
+                    "features = 1\n"));
+
+TEST(CodexConfigSafetyTest, OtherValuesOfTheSwitchAreReplaced) {
+  for (const char *value : {"false", "1", "\"true\"", "[]", "{ a = 1 }"}) {
+    const QByteArray before = QByteArray("a.b = 1\n[features]\nhooks = ") + value + "\nz = 2\n";
+    EXPECT_TRUE(CodexConfig::isSafeChange(before, CodexConfig::withHooksFeatureEnabled(before)))
+        << value;
+  }
+}
+
+TEST(CodexConfigSafetyTest, TextsBeyondTheLimitsAreNotTouched) {
+  const auto isSafe = [](const QByteArray &before) {
+    return CodexConfig::isSafeChange(before, CodexConfig::withHooksFeatureEnabled(before));
+  };
+  const auto key = [](qsizetype dots) { return QByteArray("a.").repeated(dots) + "a = 1\n"; };
+  EXPECT_TRUE(isSafe(key(CodexConfig::mostDotsInLine)));
+  EXPECT_FALSE(isSafe(key(CodexConfig::mostDotsInLine + 1)));
+  EXPECT_FALSE(isSafe(key(100'000)));
+  const QByteArray comment("# a line of comment\n");
+  EXPECT_TRUE(isSafe(comment.repeated(50'000)));
+  EXPECT_FALSE(isSafe(comment.repeated(60'000)));
+  EXPECT_EQ(CodexConfig::byToml(key(100'000)), CodexConfig::Switch::notUnderstood);
+}
+
+TEST(CodexConfigSafetyTest, TomlTellsTheSwitchWhateverItsSpelling) {
+  using CodexConfig::Switch;
+  EXPECT_EQ(CodexConfig::byToml("features = { hooks = true }"), Switch::on);
+  EXPECT_EQ(CodexConfig::byToml("[ features ]\n\"hooks\" = true"), Switch::on);
+  EXPECT_EQ(CodexConfig::byToml("[features]\nhooks = 1"), Switch::off);
+  EXPECT_EQ(CodexConfig::byToml("features = true"), Switch::off);
+  EXPECT_EQ(CodexConfig::byToml(""), Switch::off);
+  EXPECT_EQ(CodexConfig::byToml("[features]\nhooks = true\nhooks = true"), Switch::notUnderstood);
+}
+
 TEST(CodexConfigSafetyTest, AnUnchangedTextIsAlwaysSafe) {
   EXPECT_TRUE(CodexConfig::isSafeChange("a = 1", "a = 1"));
 }

@@ -4,6 +4,11 @@
 #include "monitor/HookScript.h"
 #include "support/FailingFileLayer.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
 #include <cerrno>
 #include <functional>
 #include <gtest/gtest.h>
@@ -31,6 +36,29 @@ const QStringList files = {
 class ConnectFaultTest : public testing::TestWithParam<Fault> {
 protected:
   using Operation = std::function<bool(const HookContext &)>;
+
+  /// The agents' files are links to files that are the user's alone, as with dotfiles.
+  void SetUp() override {
+    for (const QString &file : agentFiles()) {
+      const QString real = QStringLiteral("dotfiles/") + file;
+      m_home.put(real, {});
+      ASSERT_TRUE(QFile::setPermissions(m_home.path(real), QFile::ReadOwner | QFile::WriteOwner));
+      ASSERT_TRUE(QDir().mkpath(QFileInfo(m_home.path(file)).path()));
+      ASSERT_TRUE(QFile::link(m_home.path(real), m_home.path(file)));
+    }
+  }
+  [[nodiscard]] static QStringList agentFiles() {
+    return files.filter(QRegularExpression(QStringLiteral("[.](json|toml)$")));
+  }
+  [[nodiscard]] std::size_t agentCount() { return AgentConnectors::all(m_home.context()).size(); }
+  void expectPrivateLinks(int call) {
+    for (const QString &file : agentFiles()) {
+      EXPECT_TRUE(QFileInfo(m_home.path(file)).isSymLink())
+          << file.toStdString() << " at call " << call;
+      EXPECT_EQ(m_home.mode(QStringLiteral("dotfiles/") + file), 0600U)
+          << file.toStdString() << " at call " << call;
+    }
+  }
 
   void put(bool connectedBefore) {
     for (const QString &file : files) {
@@ -71,6 +99,7 @@ protected:
         EXPECT_TRUE(now[i] == before[i] || now[i] == after[i])
             << files[i].toStdString() << " at call " << call << ": " << now[i].toStdString();
       }
+      expectPrivateLinks(call);
       if (succeeded) {
         EXPECT_EQ(now, after) << "call " << call;
       }
@@ -94,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(Faults, ConnectFaultTest,
                                          Fault{FailingFileLayer::Fault::crash, EIO}));
 
 TEST_P(ConnectFaultTest, ConnectingEachAgentLeavesOldOrNewFiles) {
-  for (std::size_t i = 0; i < 4; ++i) {
+  for (std::size_t i = 0; i < agentCount(); ++i) {
     sweep(false, [i](const HookContext &context) {
       return AgentConnectors::all(context)[i]->connect().has_value();
     });
@@ -102,7 +131,7 @@ TEST_P(ConnectFaultTest, ConnectingEachAgentLeavesOldOrNewFiles) {
 }
 
 TEST_P(ConnectFaultTest, DisconnectingEachAgentLeavesOldOrNewFiles) {
-  for (std::size_t i = 0; i < 4; ++i) {
+  for (std::size_t i = 0; i < agentCount(); ++i) {
     sweep(true, [i](const HookContext &context) {
       return AgentConnectors::all(context)[i]->disconnect().has_value();
     });

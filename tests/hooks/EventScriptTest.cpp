@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
+#include <sys/stat.h>
 #include <vector>
 
 namespace morvo {
@@ -37,6 +38,15 @@ protected:
     EXPECT_EQ(run.exitCode(), 0) << run.err().toStdString();
     EXPECT_EQ(run.out(), "");
     EXPECT_EQ(run.err(), "");
+  }
+
+  /// The lines that arrived, without empty ones: who sees the middle of another one's write takes
+  /// it for a torn line and ends it.
+  QList<QByteArray> arrivedLines() {
+    QList<QByteArray> lines = m_agent.get(inbox).split('\n');
+    EXPECT_EQ(lines.last(), "");
+    lines.removeAll(QByteArray());
+    return lines;
   }
 
   /// The single line that arrived, as JSON.
@@ -171,16 +181,21 @@ TEST_F(EventScriptTest, FiftyWritersAtOnceDoNotMix) {
   std::vector<std::unique_ptr<ScriptRun>> runs;
   for (int i = 0; i < writers; ++i) {
     const nlohmann::json event = {{"n", i}, {"filler", filler}};
-    runs.push_back(std::make_unique<ScriptRun>(m_script, QByteArray::fromStdString(event.dump()),
-                                               ScriptRun::Options{.home = m_agent.home().path}));
+    runs.push_back(std::make_unique<ScriptRun>(
+        m_script, QByteArray::fromStdString(event.dump()),
+        ScriptRun::Options{.home = m_agent.home().path, .holdsInput = true}));
+  }
+  // Every writer has read its event and waits for its end.
+  EXPECT_EQ(m_agent.get(inbox), "<none>");
+  for (const auto &run : runs) {
+    run->endInput();
   }
   for (const auto &run : runs) {
     ASSERT_TRUE(run->finish());
     EXPECT_EQ(run->exitCode(), 0);
   }
   QSet<int> seen;
-  QList<QByteArray> lines = m_agent.get(inbox).split('\n');
-  EXPECT_EQ(lines.takeLast(), "");
+  const QList<QByteArray> lines = arrivedLines();
   for (const QByteArray &text : lines) {
     const auto event = nlohmann::json::parse(text.toStdString(), nullptr, false);
     ASSERT_TRUE(event.is_object());
@@ -189,6 +204,71 @@ TEST_F(EventScriptTest, FiftyWritersAtOnceDoNotMix) {
   }
   EXPECT_EQ(lines.size(), writers);
   EXPECT_EQ(seen.size(), writers);
+}
+
+TEST_F(EventScriptTest, HundredsOfEventsOfManyWritersAllArriveOnce) {
+  constexpr int writers = 16;
+  constexpr int eventsEach = 20;
+  m_agent.put(QStringLiteral("writer.sh"), R"(n=0
+while [ $n -lt $3 ]; do
+  printf '{"writer": %d, "n": %d}' $2 $n | sh "$1" claude || exit 1
+  n=$((n + 1))
+done
+)");
+  std::vector<std::unique_ptr<ScriptRun>> runs;
+  for (int i = 0; i < writers; ++i) {
+    runs.push_back(std::make_unique<ScriptRun>(
+        m_agent.path(QStringLiteral("writer.sh")), QByteArray(),
+        ScriptRun::Options{.arguments = {m_script, QString::number(i), QString::number(eventsEach)},
+                           .home = m_agent.home().path}));
+  }
+  for (const auto &run : runs) {
+    ASSERT_TRUE(run->finish());
+    EXPECT_EQ(run->exitCode(), 0) << run->err().toStdString();
+  }
+  QList<int> next(writers, 0);
+  const QList<QByteArray> lines = arrivedLines();
+  ASSERT_EQ(lines.size(), writers * eventsEach);
+  for (const QByteArray &text : lines) {
+    const auto event = nlohmann::json::parse(text.toStdString(), nullptr, false);
+    ASSERT_TRUE(event.is_object()) << text.toStdString();
+    EXPECT_EQ(event["n"], next[event["writer"].get<int>()]++) << "each writer's events in order";
+  }
+}
+
+TEST_F(EventScriptTest, ATornLineDoesNotSwallowTheNextOne) {
+  m_agent.put(inbox, "{\"whole\": 1}\n{\"to");
+  forward("{}");
+  EXPECT_EQ(m_agent.get(inbox), "{\"whole\": 1}\n{\"to\n{\"_src\": \"unknown\"}\n");
+  forward("{}");
+  EXPECT_EQ(m_agent.get(inbox).count('\n'), 4);
+}
+
+TEST_F(EventScriptTest, AHugeIntegerDoesNotLoseTheEvent) {
+  forward(R"({"event":"Stop","big":)" + QByteArray(5000, '9') + R"(,"small":-12})");
+  EXPECT_EQ(line(),
+            nlohmann::json::parse(R"({"event":"Stop","big":null,"small":-12,"_src":"unknown"})"));
+}
+
+TEST_F(EventScriptTest, APipeInTheInboxsPlaceIsAnErrorAndNotWaitedFor) {
+  ASSERT_TRUE(QDir(m_agent.home().path).mkpath(QStringLiteral(".morvo")));
+  ASSERT_EQ(::mkfifo(QFile::encodeName(m_agent.path(inbox)).constData(), 0600), 0);
+  ScriptRun run(m_script, "{}", {.home = m_agent.home().path});
+  ASSERT_TRUE(run.finish());
+  EXPECT_EQ(run.exitCode(), 1);
+  EXPECT_EQ(run.out(), "");
+  EXPECT_EQ(run.err().count('\n'), 1);
+}
+
+TEST_F(EventScriptTest, AnEmptyOrRelativeHomeCountsAsMissing) {
+  for (const QString &home : {QStringLiteral(""), QStringLiteral("relative")}) {
+    ScriptRun run(m_script, "{}", {.home = home, .workingDirectory = m_agent.home().path});
+    ASSERT_TRUE(run.finish());
+    EXPECT_EQ(run.exitCode(), 1);
+    EXPECT_EQ(
+        QDir(m_agent.home().path).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QStringList());
+  }
 }
 
 TEST_F(EventScriptTest, ModulesInTheProjectFolderAreNotRun) {

@@ -7,9 +7,9 @@
 #include <QFile>
 #include <QRegularExpression>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,49 +19,50 @@ namespace {
 using test::HookHome;
 using test::ScriptRun;
 
-/// Stands in for the inbox: tells at once when a line has been written.
-class InboxPipe {
+/// Looks into the inbox; is woken when a line has been written.
+class WatchedInbox {
 public:
-  explicit InboxPipe(const HomeFolder &home) {
+  explicit WatchedInbox(const HomeFolder &home) : m_path(MorvoHome::inbox(home)) {
     MorvoHome::ensure(home);
-    const QByteArray path = QFile::encodeName(MorvoHome::inbox(home));
-    EXPECT_TRUE(QFile::remove(MorvoHome::inbox(home)));
-    EXPECT_EQ(::mkfifo(path.constData(), 0600), 0);
-    // Both ends, so that neither side waits for the other to open it.
-    m_descriptor = ::open(path.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    m_descriptor = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    EXPECT_GE(::inotify_add_watch(m_descriptor, QFile::encodeName(m_path).constData(), IN_MODIFY),
+              0);
   }
-  InboxPipe(const InboxPipe &) = delete;
-  InboxPipe &operator=(const InboxPipe &) = delete;
-  ~InboxPipe() { ::close(m_descriptor); }
+  WatchedInbox(const WatchedInbox &) = delete;
+  WatchedInbox &operator=(const WatchedInbox &) = delete;
+  ~WatchedInbox() { ::close(m_descriptor); }
 
   /// The next line; empty when none comes.
   QByteArray nextLine() {
-    while (!m_pending.contains('\n')) {
+    for (;;) {
+      const QByteArray unread = rest();
+      if (const qsizetype end = unread.indexOf('\n') + 1; end > 0) {
+        m_read += end;
+        return unread.first(end);
+      }
       pollfd waiting{.fd = m_descriptor, .events = POLLIN, .revents = 0};
       if (::poll(&waiting, 1, 60000) <= 0) {
         return {};
       }
-      QByteArray block(65536, Qt::Uninitialized);
-      block.truncate(std::max<ssize_t>(
-          0, ::read(m_descriptor, block.data(), static_cast<std::size_t>(block.size()))));
-      m_pending += block;
+      QByteArray events(65536, Qt::Uninitialized);
+      EXPECT_GT(::read(m_descriptor, events.data(), static_cast<std::size_t>(events.size())), 0);
     }
-    const qsizetype end = m_pending.indexOf('\n') + 1;
-    const QByteArray line = m_pending.first(end);
-    m_pending.remove(0, end);
-    return line;
   }
   nlohmann::json nextRequest() {
     return nlohmann::json::parse(nextLine().toStdString(), nullptr, false);
   }
-  bool isEmpty() const {
-    pollfd waiting{.fd = m_descriptor, .events = POLLIN, .revents = 0};
-    return m_pending.isEmpty() && ::poll(&waiting, 1, 0) == 0;
-  }
+  [[nodiscard]] bool isEmpty() const { return rest().isEmpty(); }
 
 private:
+  [[nodiscard]] QByteArray rest() const {
+    QFile file(m_path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll().sliced(m_read);
+  }
+
+  QString m_path;
   int m_descriptor = -1;
-  QByteArray m_pending;
+  qsizetype m_read = 0;
 };
 
 QString idOf(const nlohmann::json &request) {
@@ -111,7 +112,7 @@ protected:
   }
 
   HookHome m_home;
-  InboxPipe m_inbox{m_home.home()};
+  WatchedInbox m_inbox{m_home.home()};
 };
 
 TEST_F(PermissionScriptTest, AnAllowedCallIsAnsweredAndTheDecisionConsumed) {
@@ -252,6 +253,26 @@ TEST_F(PermissionScriptTest, AClickAfterTheTimeOutStaysUnused) {
   expectSilence(run);
   decide(id, true);
   EXPECT_EQ(m_home.get(decisionFile(id)), R"({"decision":"allow"})");
+}
+
+TEST_F(PermissionScriptTest, AHugeIntegerDoesNotLoseTheRequest) {
+  auto run =
+      ask(R"({"tool_name":"Bash","tool_input":{"command":"x"},"n":)" + QByteArray(5000, '9') + '}');
+  const auto request = m_inbox.nextRequest();
+  EXPECT_EQ(request["summary"], "x");
+  decide(idOf(request), true);
+  expectAnswer(run, "allow", "你批准了");
+}
+
+TEST_F(PermissionScriptTest, APipeInTheInboxsPlaceEndsTheScriptWithoutAnAnswer) {
+  const QByteArray path = QFile::encodeName(MorvoHome::inbox(m_home.home()));
+  ASSERT_TRUE(QFile::remove(MorvoHome::inbox(m_home.home())));
+  ASSERT_EQ(::mkfifo(path.constData(), 0600), 0);
+  auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  ASSERT_TRUE(run.finish());
+  EXPECT_EQ(run.exitCode(), 1);
+  EXPECT_EQ(run.out(), "");
+  EXPECT_TRUE(run.err().startsWith("morvo: "));
 }
 
 TEST_F(PermissionScriptTest, TheDecisionsFolderIsTheUsersAlone) {

@@ -25,7 +25,9 @@ ScriptRun::ScriptRun(const QString &script, const QByteArray &input, const Optio
   // Everything is handed over now, since no event loop runs while the test waits for other things.
   while (m_process.bytesToWrite() > 0 && m_process.waitForBytesWritten(deadlineMilliseconds)) {
   }
-  m_process.closeWriteChannel();
+  if (!options.holdsInput) {
+    endInput();
+  }
 }
 
 bool ScriptRun::finish() {

@@ -17,11 +17,14 @@ public:
     /// "NAME=value" for each further variable.
     QStringList variables = {};
     QString workingDirectory = {};
+    /// Whether the input stays open until `endInput`.
+    bool holdsInput = false;
   };
 
-  /// Starts the script and hands it `input`, to its end.
+  /// Starts the script and hands it all of `input`.
   ScriptRun(const QString &script, const QByteArray &input, const Options &options);
 
+  void endInput() { m_process.closeWriteChannel(); }
   /// Waits for the end; false when the script hangs.
   [[nodiscard]] bool finish();
   [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }

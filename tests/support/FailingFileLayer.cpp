@@ -11,6 +11,7 @@ void FailingFileLayer::failAt(int call, Fault fault, int errorNumber) {
 
 std::optional<FileError> FailingFileLayer::next(const char *operation, const QString &path) {
   ++m_calls;
+  m_interference(QString::fromLatin1(operation));
   const bool fails = m_fault != Fault::none &&
                      (m_calls == m_failing || (m_fault == Fault::crash && m_calls > m_failing));
   return fails ? std::optional(FileError{m_error, QString::fromLatin1(operation), path})

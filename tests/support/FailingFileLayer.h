@@ -2,6 +2,9 @@
 
 #include "base/SystemFileLayer.h"
 
+#include <functional>
+#include <utility>
+
 namespace morvo::test {
 
 /// The real file system, except that the Nth call fails and `sync` does not wait for the disk.
@@ -17,6 +20,12 @@ public:
 
   /// Lets the call with this number fail, counted from 1.
   void failAt(int call, Fault fault, int errorNumber);
+  /// Calls this before each call with its name, so that a test can change things behind the
+  /// writer's back: "open", "stat", "readlink", "create", "write", "chmod", "chown", "fsync",
+  /// "close", "rename", "remove", "mkdir".
+  void beforeEach(std::function<void(QStringView)> interference) {
+    m_interference = std::move(interference);
+  }
   /// Calls made since the last `failAt`.
   [[nodiscard]] int calls() const { return m_calls; }
 
@@ -43,6 +52,7 @@ private:
   int m_failing = 0;
   Fault m_fault = Fault::none;
   int m_error = 0;
+  std::function<void(QStringView)> m_interference = [](QStringView) {};
 };
 
 } // namespace morvo::test
