@@ -13,14 +13,14 @@ namespace {
 constexpr std::size_t mostEntries = 4;
 
 /// Whether a write after now would show in the file's times: they move in steps of the system's
-/// coarse clock, so a file written in the present step may change again unseen.
+/// coarse clock, so a file written in the present step may change again unseen. Only the time of
+/// the entry tells: each write moves it, and no one can set it into the future.
 bool hasSettled(const struct stat &status) {
   timespec now{};
   clock_gettime(CLOCK_REALTIME_COARSE, &now);
-  const auto before = [&now](const timespec &time) {
-    return time.tv_sec < now.tv_sec || (time.tv_sec == now.tv_sec && time.tv_nsec < now.tv_nsec);
-  };
-  return before(status.st_ctim) && before(status.st_mtim);
+  const timespec &written = status.st_ctim;
+  return written.tv_sec < now.tv_sec ||
+         (written.tv_sec == now.tv_sec && written.tv_nsec < now.tv_nsec);
 }
 
 std::optional<PetPack> decode(const QString &path) {

@@ -20,7 +20,7 @@ public:
   /// Files decoded so far.
   [[nodiscard]] std::uint64_t filesDecoded() const { return m_filesDecoded; }
 
-  static constexpr std::int64_t largestFile = std::int64_t{16} * 1024 * 1024;
+  static constexpr std::int64_t largestFile = std::int64_t{1024} * 1024;
 
 private:
   /// What a file cannot keep when it is rewritten: device, inode, size, and the times of its

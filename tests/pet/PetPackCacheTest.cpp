@@ -3,8 +3,9 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <array>
+#include <fcntl.h>
 #include <gmock/gmock.h>
-
 #include <sys/stat.h>
 
 namespace morvo {
@@ -27,6 +28,17 @@ TEST_F(PetPackCacheTest, tenThousandLooksDoNotDecodeTenThousandTimes) {
   write(m_path, R"({"id":"a"})");
   constexpr std::uint64_t looks = 10000;
   // A file written this very moment is not trusted to be finished: only those looks may decode.
+  for (std::uint64_t look = 0; look < looks; ++look) {
+    ASSERT_EQ(m_cache.load(m_path)->id, QStringLiteral("a"));
+  }
+  EXPECT_LT(m_cache.filesDecoded(), looks / 2);
+}
+
+TEST_F(PetPackCacheTest, aContentTimeInTheFutureIsNoReasonToDecodeForEver) {
+  write(m_path, R"({"id":"a"})");
+  const std::array<timespec, 2> future{timespec{4102444800, 0}, timespec{4102444800, 0}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(m_path).constData(), future.data(), 0), 0);
+  constexpr std::uint64_t looks = 10000;
   for (std::uint64_t look = 0; look < looks; ++look) {
     ASSERT_EQ(m_cache.load(m_path)->id, QStringLiteral("a"));
   }

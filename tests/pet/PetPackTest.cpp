@@ -319,6 +319,7 @@ TEST(PetPackTest, anyTextGivesAPackOrNoneAndEncodingIsStable) {
     const auto again = petPackFromJson(once);
     ASSERT_TRUE(again.has_value());
     ASSERT_EQ(encoded(*again), once);
+    ASSERT_EQ(*again, *pack);
   }
   EXPECT_GT(packs, 50);
 }

@@ -15,8 +15,8 @@ namespace morvo {
 
 /// One instance for a home folder: a lock file in its `.morvo` decides who is first, whatever the
 /// environment of the start; a local socket takes the words of later starts, and a file beside the
-/// lock says where it stands, since a home's path may be too long for a socket. All of it survives a
-/// killed first instance. Needs the event loop to take words; `settle` itself works without one.
+/// lock says where it stands, since a home's path may be too long for a socket. All of it survives
+/// a killed first instance. Needs the event loop to take words; `settle` itself works without one.
 class LocalSingleInstance final : public SingleInstance {
 public:
   /// A later start waits so long, all in all, for the first instance to take its words.
