@@ -41,7 +41,8 @@ FileLayer::Result<QString> resolveLinks(FileLayer &files, QString path) {
     if (!status) {
       return std::unexpected(status.error());
     }
-    if (!*status || !(*status)->isSymbolicLink) {
+    const auto &found = *status;
+    if (!found || !found->isSymbolicLink) {
       return path;
     }
     auto target = files.linkTarget(path);

@@ -40,7 +40,8 @@ double luminance(const QColor &color) {
 }
 
 double contrast(const QColor &first, const QColor &second) {
-  const auto [dark, light] = std::minmax(luminance(first), luminance(second));
+  // The list form gives values: the pair form would refer to temporaries that are gone.
+  const auto [dark, light] = std::minmax({luminance(first), luminance(second)});
   return (light + 0.05) / (dark + 0.05);
 }
 
