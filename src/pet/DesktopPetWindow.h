@@ -30,6 +30,8 @@ public:
   };
 
   DesktopPetWindow(const Ground &ground, std::function<void()> onClick);
+  DesktopPetWindow(const DesktopPetWindow &) = delete;
+  DesktopPetWindow &operator=(const DesktopPetWindow &) = delete;
   ~DesktopPetWindow() override;
 
   /// Creates the native window and shows it there.

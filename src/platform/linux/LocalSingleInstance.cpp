@@ -87,9 +87,9 @@ bool connectUntil(QLocalSocket &socket, const QString &announcement,
 
 } // namespace
 
-LocalSingleInstance::LocalSingleInstance(const HomeFolder &home, const Environment &environment,
+LocalSingleInstance::LocalSingleInstance(HomeFolder home, const Environment &environment,
                                          std::chrono::milliseconds deadline)
-    : m_home(home), m_socketFolder(findFolder(environment)), m_deadline(deadline) {}
+    : m_home(std::move(home)), m_socketFolder(findFolder(environment)), m_deadline(deadline) {}
 
 LocalSingleInstance::~LocalSingleInstance() {
   // The socket goes before the lock, so that whoever is first next never meets a socket of ours.

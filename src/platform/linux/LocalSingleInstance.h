@@ -27,7 +27,7 @@ public:
   /// The socket stands in `XDG_RUNTIME_DIR`; where that is missing or not the user's own, in a
   /// folder of the user's below the temporary folder. A first instance that finds no folder for it
   /// takes no words.
-  LocalSingleInstance(const HomeFolder &home, const Environment &environment,
+  LocalSingleInstance(HomeFolder home, const Environment &environment,
                       std::chrono::milliseconds deadline = handOverDeadline);
   LocalSingleInstance(const LocalSingleInstance &) = delete;
   LocalSingleInstance &operator=(const LocalSingleInstance &) = delete;
