@@ -266,8 +266,6 @@ Q_SIGNALS:
   void usageChanged();
   /// The wanted appearance has changed.
   void appearanceChanged();
-  /// A batch of signals has been handled; `reacted` tells whether the pet answered it.
-  void signalsHandled(bool reacted);
 
 private:
   void start();

@@ -31,11 +31,9 @@ void PetStore::handleHookSignals(const QList<QJsonObject> &signals) {
   const auto request = std::ranges::find_if(signals, isAnswerablePermission);
   if (request != signals.end()) {
     handleApproval(*request);
-    Q_EMIT signalsHandled(true);
     return;
   }
   if (!m_parts.setting.boolean(SettingKeys::preciseEvents, true)) {
-    Q_EMIT signalsHandled(false);
     return;
   }
   // A permission that cannot be answered, for lack of an id, is read as if it were not there.
@@ -55,7 +53,6 @@ void PetStore::handleHookSignals(const QList<QJsonObject> &signals) {
   if (m_parts.cloud && m_parts.cloud->hasSession() && !events.isEmpty()) {
     m_parts.cloud->postSignals(events);
   }
-  Q_EMIT signalsHandled(reaction.event.has_value());
 }
 
 void PetStore::handleApproval(const QJsonObject &request) {

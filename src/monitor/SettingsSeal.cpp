@@ -20,7 +20,7 @@ constexpr char numberSign = '#';
 constexpr char16_t firstCarrier = 0xE000;
 constexpr char16_t firstSurrogate = 0xD800;
 constexpr int surrogateCount = 0x800;
-/// Length of `\uXXXX`.
+/// Length of `\u` and its four digits.
 constexpr qsizetype escapeLength = 6;
 /// Length of a carrier in UTF-8.
 constexpr qsizetype carrierLength = 3;
@@ -31,7 +31,7 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-/// The code unit of the escape `\uXXXX` that starts at `position`.
+/// The code unit of the escape, `\u` and four digits, that starts at `position`.
 std::optional<char16_t> escapedUnit(QByteArrayView text, qsizetype position) {
   const auto escape = text.sliced(std::min(position, text.size()));
   if (escape.size() < escapeLength || !escape.startsWith("\\u")) {
