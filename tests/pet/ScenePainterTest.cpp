@@ -34,6 +34,13 @@ protected:
     painter.paint(onImage, m_scene, QRectF(QPointF(), size), ratio);
     return image;
   }
+  /// Long enough for each of four frames to be shown twice.
+  void showTwice(ScenePainter &painter) {
+    for (int tick = 0; tick < 8; ++tick) {
+      static_cast<void>(painted(painter));
+      pass(1.0 / 16);
+    }
+  }
   [[nodiscard]] QRect content(const QImage &image) const {
     QRect box;
     for (int y = 0; y < image.height(); ++y) {
@@ -251,20 +258,14 @@ TEST_F(ScenePainterTest, rewrittenFramesTakeThePlaceOfTheOldOnes) {
   present();
   constexpr qsizetype frameBytes = 180 * 180 * 4;
   ScenePainter painter({.pictures = frameBytes * 4, .packed = 0});
-  const auto show = [&] {
-    for (int tick = 0; tick < 8; ++tick) {
-      static_cast<void>(painted(painter));
-      pass(1.0 / 16);
-    }
-  };
-  show();
+  showTwice(painter);
   ASSERT_EQ(painter.framesDecoded(), 4U);
   frames(4, {180, 180}, Qt::blue);
   m_scene.setPersona(pet);
-  show();
+  showTwice(painter);
   EXPECT_EQ(painted(painter).pixelColor(100, 100), QColor(Qt::blue));
   EXPECT_EQ(painter.framesDecoded(), 8U);
-  show();
+  showTwice(painter);
   EXPECT_EQ(painter.framesDecoded(), 8U);
   EXPECT_EQ(painter.bytesKept(), frameBytes * 4);
 }
@@ -274,13 +275,7 @@ TEST_F(ScenePainterTest, framesRewrittenUnderOtherNamesTakeThePlaceOfTheOldOnes)
   present();
   constexpr qsizetype frameBytes = 180 * 180 * 4;
   ScenePainter painter({.pictures = frameBytes * 4, .packed = 0});
-  const auto show = [&] {
-    for (int tick = 0; tick < 8; ++tick) {
-      static_cast<void>(painted(painter));
-      pass(1.0 / 16);
-    }
-  };
-  show();
+  showTwice(painter);
   const QString folder = m_folder.stateFolder(pet, idle);
   frames(2, {180, 180}, Qt::blue);
   for (const auto *name : {u"3", u"4"}) {
@@ -288,9 +283,9 @@ TEST_F(ScenePainterTest, framesRewrittenUnderOtherNamesTakeThePlaceOfTheOldOnes)
     ASSERT_TRUE(QFile::rename(file + QStringLiteral(".png"), file + QStringLiteral("0.png")));
   }
   m_scene.setPersona(pet);
-  show();
+  showTwice(painter);
   const auto decoded = painter.framesDecoded();
-  show();
+  showTwice(painter);
   EXPECT_EQ(painter.framesDecoded(), decoded);
 }
 
