@@ -45,8 +45,9 @@ QString described(const QRect &frame) {
 DesktopPetController::DesktopPetController(const Ground &ground)
     : m_setting(ground.setting), m_windows(&ground.windows), m_clock(&ground.clock),
       m_scheduler(&ground.scheduler), m_sprites(ground.files),
-      m_scene(desktopStage, ground.files, m_sprites, ground.clock, ground.random),
-      m_popoverScene(popoverStage, ground.files, m_sprites, ground.clock, ground.random),
+      m_scene(desktopStage, ground.files, m_sprites, ground.setting, ground.clock, ground.random),
+      m_popoverScene(popoverStage, ground.files, m_sprites, ground.setting, ground.clock,
+                     ground.random),
       m_scale(ground.setting.petScale()), m_opacity(ground.setting.petOpacity()) {
   for (QScreen *screen : QGuiApplication::screens()) {
     watchScreen(screen);
@@ -113,6 +114,11 @@ void DesktopPetController::setVisible(bool visible) {
   } else {
     hide();
   }
+}
+
+void DesktopPetController::setQuietMode(bool quiet) {
+  m_scene.setQuietMode(quiet);
+  m_popoverScene.setQuietMode(quiet);
 }
 
 void DesktopPetController::setBubble(const QString &text) {

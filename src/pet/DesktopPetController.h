@@ -42,7 +42,7 @@ public:
   void setPersona(const QString &personaId) override;
   void emitHearts() override;
   void setVisible(bool visible) override;
-  void setQuietMode(bool quiet) override { m_quietMode = quiet; }
+  void setQuietMode(bool quiet) override;
   void setBubble(const QString &text) override;
   void setScale(double scale) override;
   void setOpacity(double opacity) override;
@@ -56,7 +56,7 @@ public:
   /// The id of the pet that all stages show.
   [[nodiscard]] const QString &personaInPlay() const { return m_sprites.persona(); }
   [[nodiscard]] bool isVisible() const { return m_window != nullptr; }
-  [[nodiscard]] bool isQuiet() const { return m_quietMode; }
+  [[nodiscard]] bool isQuiet() const { return m_scene.isQuiet(); }
   /// Null while the pet is hidden.
   [[nodiscard]] DesktopPetWindow *window() const { return m_window.get(); }
   [[nodiscard]] PetScene &scene() { return m_scene; }
@@ -95,7 +95,6 @@ private:
   QString m_bubble;
   double m_scale;
   double m_opacity;
-  bool m_quietMode = false;
   /// Ends the connections to the screens with this object.
   QObject m_context;
 };

@@ -7,9 +7,7 @@
 #include "pet/PetVitals.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 namespace morvo {
@@ -37,43 +35,8 @@ constexpr double squashedScale = 0.9;
 constexpr double squashSeconds = 0.5;
 constexpr double leastOpacity = 0.15;
 constexpr double fallbackScale = 2;
-
-// Breathing, bobbing, swaying: limits, defaults, and what tiredness makes of them.
-constexpr double defaultBreathAmplitude = 0.016;
-constexpr std::pair breathAmplitudeRange(0.004, 0.05);
-constexpr double tiredAmplitudeFactor = 0.6;
-constexpr double defaultBreathPeriod = 3.4;
-constexpr std::pair breathPeriodRange(1.2, 8.0);
-constexpr double tiredPeriodFactor = 1.6;
-constexpr double inhaleShare = 0.45;
-constexpr double exhaleShare = 0.55;
-constexpr double exhaleDepth = 0.35;
-constexpr double floatyBob = 4;
-constexpr double mostBob = 12;
-constexpr double bobShare = 0.9;
-constexpr double floatySway = 1.6;
-constexpr double mostSway = 6;
-constexpr double swayShare = 1.1;
-constexpr double uprightSeconds = 0.25;
-
-constexpr int heartCount = 5;
-constexpr double heartDelay = 0.08;
-constexpr double heartSpread = 22;
-constexpr double heartDrift = 12;
-constexpr double heartRise = 60;
-constexpr double heartSeconds = 0.9;
-constexpr double heartScale = 1.3;
-constexpr double heartStart = 0.55; ///< Of the pet's height.
-constexpr double heartZ = 100;
-constexpr double heartFontSize = 24;
-
-double radians(double degrees) { return degrees * std::numbers::pi / 180; }
-
-double within(double value, std::pair<double, double> range) {
-  return std::clamp(value, range.first, range.second);
-}
-
-bool isFloaty(const PetPack::MotionProfile &motion) { return motion.style == u"floaty"; }
+/// Seconds; a day of a pet's life is worked out in no time, a thousand years are not.
+constexpr double longestUpdate = 24.0 * 3600;
 
 /// Loops that need no pack to say so.
 bool loopsByName(const QString &state) {
@@ -88,16 +51,25 @@ QString orElse(const QString &text, const QString &other) { return text.isEmpty(
 
 const QString PetScene::Keys::loop = QStringLiteral("loop");
 const QString PetScene::Keys::oneshot = QStringLiteral("oneshot");
+const QString PetScene::Keys::director = QStringLiteral("director");
 const QString PetScene::Keys::lifeBreath = QStringLiteral("life.breath");
 const QString PetScene::Keys::lifeBob = QStringLiteral("life.bob");
 const QString PetScene::Keys::lifeSway = QStringLiteral("life.sway");
 const QString PetScene::Keys::lifeUpright = QStringLiteral("life.upright");
+const QString PetScene::Keys::lifeGesture = QStringLiteral("life.gesture");
+const QString PetScene::Keys::lifeCarry = QStringLiteral("life.carry");
+const QString PetScene::Keys::lifeCarrySquash = QStringLiteral("life.carrysquash");
+const QString PetScene::Keys::lifeDizzy = QStringLiteral("life.dizzy");
+const QString PetScene::Keys::lifeUnsquash = QStringLiteral("life.unsquash");
+const QString PetScene::Keys::lifeGait = QStringLiteral("life.gait");
+const QString PetScene::Keys::lifeGaitLean = QStringLiteral("life.gaitlean");
+const QString PetScene::Keys::lifeFacing = QStringLiteral("life.facing");
 const QString PetScene::Keys::moodSquash = QStringLiteral("mood.squash");
 
-PetScene::PetScene(QSizeF size, PetFiles files, MorvoSprites &sprites, Clock &clock,
-                   RandomSource &random)
-    : m_size(size), m_files(std::move(files)), m_sprites(&sprites), m_clock(&clock),
-      m_random(&random), m_stage(clock.instant()), m_mood(calm) {}
+PetScene::PetScene(QSizeF size, PetFiles files, MorvoSprites &sprites, Setting setting,
+                   Clock &clock, RandomSource &random)
+    : m_size(size), m_files(std::move(files)), m_sprites(&sprites), m_setting(std::move(setting)),
+      m_clock(&clock), m_random(&random), m_stage(clock.instant()), m_mood(calm) {}
 
 PetScene::~PetScene() = default;
 
@@ -106,6 +78,7 @@ void PetScene::present() {
     return;
   }
   catchUp();
+  m_presentedAt = m_stage.now();
   m_pet = std::make_shared<Node>();
   m_pet->setTexture(firstPicture());
   m_pet->setAnchor(feet);
@@ -116,10 +89,17 @@ void PetScene::present() {
   applyNodeSize();
   playLoop();
   startLife();
+  scheduleDirector(firstDecision);
   catchUp();
 }
 
 void PetScene::advance(Instant to) { m_stage.advance(to); }
+
+void PetScene::update(double time) {
+  if (m_presentedAt && time >= 0) {
+    advance(*m_presentedAt + seconds(std::min(time, longestUpdate)));
+  }
+}
 
 void PetScene::catchUp() { m_stage.advance(m_clock->instant()); }
 
@@ -167,12 +147,7 @@ void PetScene::applyNodeSize() {
   }
   m_lifeBasePosition = {std::round(m_size.width() * restingPlace.x()),
                         std::round(m_size.height() * restingPlace.y())};
-  m_lifeNode->setPosition(m_lifeBasePosition);
-  // A bob goes up and down from where it began: one that went on from its middle would leave the
-  // pet beside its place for good.
-  if (const auto bob = m_lifeNode->actionForKey(Keys::lifeBob)) {
-    m_lifeNode->run(*bob, Keys::lifeBob);
-  }
+  putInPlace();
 }
 
 QString PetScene::loopState() {
@@ -207,12 +182,17 @@ void PetScene::playLoop() {
   const auto &frames = m_sprites->frames(state);
   stopFrames();
   if (frames.size() > 1) {
-    const Duration each = state == idle ? restingIdleFrameTime : actionFrameTime;
-    m_pet->run(Action::repeatForever(Action::animate(frames, each)), Keys::loop);
+    repeatFrames(frames, state == idle ? restingIdleFrameTime : actionFrameTime);
   } else if (!frames.empty()) {
     m_pet->setTexture(frames.front());
   }
 }
+
+void PetScene::repeatFrames(const Action::Frames &frames, Duration each) {
+  m_pet->run(Action::repeatForever(Action::animate(frames, each)), Keys::loop);
+}
+
+void PetScene::repeatFrames(const Action::Frames &frames) { repeatFrames(frames, actionFrameTime); }
 
 bool PetScene::isLoop(const std::optional<PetPack> &pack, const QString &kind,
                       const QString &state) {
@@ -245,13 +225,12 @@ bool PetScene::react(const QString &kind) {
     return false;
   }
   catchUp();
-  m_lastPerformanceAt = m_clock->instant();
+  m_lastPerformanceAt = m_stage.now();
   stopFrames();
   applyNodeSize();
   if (isLoop(pack, kind, state)) {
     m_stickyLoopState = state == idle ? std::nullopt : std::optional(state);
-    const Duration each = state == idle ? chosenIdleFrameTime : actionFrameTime;
-    m_pet->run(Action::repeatForever(Action::animate(frames, each)), Keys::loop);
+    repeatFrames(frames, state == idle ? chosenIdleFrameTime : actionFrameTime);
   } else {
     m_stickyLoopState.reset();
     const auto backToLoop = Action::run([this] {
@@ -284,6 +263,7 @@ void PetScene::setMood(const QString &mood) {
 void PetScene::setPersona(const QString &personaId) {
   catchUp();
   m_stickyLoopState.reset();
+  m_lastAutonomous.reset();
   m_sprites->setPersona(personaId);
   if (m_pet) {
     if (const auto frame = firstFrame()) {
@@ -354,95 +334,6 @@ void PetScene::setSize(QSizeF size) {
 
 bool PetScene::isPerforming() const {
   return m_pet && m_pet->actionForKey(Keys::oneshot).has_value();
-}
-
-bool PetScene::isTired() const { return m_mood == u"sleepy" || m_mood == u"dreamy"; }
-
-void PetScene::startLife() {
-  const auto pack = currentPack();
-  const auto motion = pack && pack->motion ? *pack->motion : PetPack::MotionProfile();
-  const double period =
-      within(motion.breathPeriod.value_or(defaultBreathPeriod), breathPeriodRange) *
-      (isTired() ? tiredPeriodFactor : 1);
-  startBreath(motion, period);
-  m_lifeNode->removeAction(Keys::lifeBob);
-  m_lifeNode->removeAction(Keys::lifeSway);
-  m_lifeNode->removeAction(Keys::lifeUpright);
-  m_lifeNode->setPosition(m_lifeBasePosition);
-  startBob(motion, period);
-  startSway(motion, period);
-}
-
-void PetScene::startBreath(const PetPack::MotionProfile &motion, double period) {
-  const double amplitude =
-      within(motion.breathAmplitude.value_or(defaultBreathAmplitude), breathAmplitudeRange) *
-      (isTired() ? tiredAmplitudeFactor : 1);
-  const auto inhale =
-      Action::scaleYTo(1 + amplitude, seconds(period * inhaleShare), Easing::easeInOut);
-  const auto exhale = Action::scaleYTo(1 - exhaleDepth * amplitude, seconds(period * exhaleShare),
-                                       Easing::easeInOut);
-  m_breathNode->run(Action::repeatForever(Action::sequence({inhale, exhale})), Keys::lifeBreath);
-}
-
-void PetScene::startBob(const PetPack::MotionProfile &motion, double period) {
-  const double standard = isFloaty(motion) ? floatyBob : 0;
-  const double height = std::clamp(motion.bobAmplitude.value_or(standard), 0.0, mostBob);
-  if (height <= 0) {
-    return;
-  }
-  const Duration time = seconds(period * bobShare);
-  m_lifeNode->run(Action::repeatForever(
-                      Action::sequence({Action::moveBy({0, height}, time, Easing::easeInOut),
-                                        Action::moveBy({0, -height}, time, Easing::easeInOut)})),
-                  Keys::lifeBob);
-}
-
-void PetScene::startSway(const PetPack::MotionProfile &motion, double period) {
-  const double standard = isFloaty(motion) ? floatySway : 0;
-  const double degrees = std::min(motion.swayDegrees.value_or(standard), mostSway);
-  if (degrees <= 0) {
-    m_lifeNode->run(Action::rotateTo(0, seconds(uprightSeconds)), Keys::lifeUpright);
-    return;
-  }
-  const Duration time = seconds(period * swayShare);
-  const double angle = radians(degrees);
-  m_lifeNode->run(
-      Action::repeatForever(Action::sequence({Action::rotateTo(angle, time, Easing::easeInOut),
-                                              Action::rotateTo(-angle, time, Easing::easeInOut)})),
-      Keys::lifeSway);
-}
-
-void PetScene::emitHearts() {
-  if (!m_pet) {
-    return;
-  }
-  catchUp();
-  for (int index = 0; index < heartCount; ++index) {
-    emitHeart(index);
-  }
-  catchUp();
-}
-
-void PetScene::emitHeart(int index) {
-  static const std::array colors{QColor::fromRgbF(1, 0.45F, 0.6F),
-                                 QColor::fromRgbF(0.4F, 0.75F, 1)};
-  const auto heart = std::make_shared<Node>();
-  heart->setLabel(Label{.text = QStringLiteral("♥"),
-                        .fontName = QStringLiteral("HelveticaNeue-Bold"),
-                        .fontSize = heartFontSize,
-                        .color = colors.at(m_random->below(colors.size()))});
-  const double aside = m_random->uniform(-heartSpread, heartSpread);
-  heart->setPosition(m_lifeNode->position() + QPointF(aside, m_pet->size().height() * heartStart));
-  heart->setAlpha(0);
-  heart->setZPosition(heartZ);
-  m_stage.root()->addChild(heart);
-  const double drift = m_random->uniform(-heartDrift, heartDrift);
-  const auto blink = Action::sequence(
-      {Action::fadeIn(seconds(0.15)), Action::wait(seconds(0.4)), Action::fadeOut(seconds(0.35))});
-  const auto flight = Action::group({Action::moveBy({drift, heartRise}, seconds(heartSeconds)),
-                                     blink, Action::scaleTo(heartScale, seconds(heartSeconds))});
-  heart->run(Action::sequence(
-      {Action::wait(seconds(index * heartDelay)), flight, Action::removeFromParent()}));
 }
 
 } // namespace morvo

@@ -2,25 +2,32 @@
 
 #include "base/Clock.h"
 #include "base/RandomSource.h"
+#include "pet/BehaviorDecision.h"
 #include "pet/MorvoSprites.h"
 #include "pet/PetMenuAction.h"
 #include "pet/PetPack.h"
 #include "pet/stage/Stage.h"
+#include "platform/Setting.h"
 
 #include <QSet>
 
+#include <functional>
+
 namespace morvo {
 
-/// The little stage on which the pet lives: plays frame loops and one-shots on the sprite, and
-/// keeps the body breathing, bobbing and swaying beneath, so that even a single picture looks
-/// alive. Knows no window. Main thread.
+struct BehaviorContext;
+
+/// The little stage on which the pet lives: plays frame loops and one-shots on the sprite, keeps
+/// the body breathing, bobbing and swaying beneath, so that even a single picture looks alive, and
+/// lets the pet act by itself now and then. Knows no window. Main thread.
 ///
 /// Points, y up. From the outside in: the scene, `lifeNode` (place, tilt, facing), `breathNode`
 /// (breathing, squashes), `pet` (the sprite, standing on its feet).
 class PetScene {
 public:
   /// `sprites`, `clock` and `random` must outlive the scene; `sprites` is shared by all scenes.
-  PetScene(QSizeF size, PetFiles files, MorvoSprites &sprites, Clock &clock, RandomSource &random);
+  PetScene(QSizeF size, PetFiles files, MorvoSprites &sprites, Setting setting, Clock &clock,
+           RandomSource &random);
   PetScene(const PetScene &) = delete;
   PetScene &operator=(const PetScene &) = delete;
   ~PetScene();
@@ -30,6 +37,9 @@ public:
 
   /// Lets time pass until `to`.
   void advance(Instant to);
+  /// Lets time pass until `time` seconds after the pet was presented, at most a day. Nothing before
+  /// that, and for what is no number or already past.
+  void update(double time);
   /// Grows whenever something visible has changed: draw when it differs from what was drawn.
   [[nodiscard]] std::uint64_t revision() const;
   /// How long to wait before the next `advance`: the frame time while frames play, 1/24 second
@@ -51,6 +61,37 @@ public:
   /// The frame sets with more than one frame.
   [[nodiscard]] QSet<QString> availableFrameSetsNow();
   void emitHearts();
+
+  /// The user holds the pet, whose body tilts against `horizontalVelocity`, points a second; or has
+  /// let go of it. To be called again with each new velocity.
+  void setCarried(bool carried, double horizontalVelocity);
+  /// The pet flies; or has landed.
+  void setTossed(bool tossed);
+  /// The pet walks, to the left for a negative direction; which way it looks stays when it ends.
+  void beginGait(double direction);
+  void endGait();
+  [[nodiscard]] bool isCarried() const { return m_carriedActive; }
+  [[nodiscard]] bool isTossed() const { return m_tossedActive; }
+  [[nodiscard]] bool isGaitActive() const { return m_gaitActive; }
+  /// 1 when the pet looks to the right, −1 to the left.
+  [[nodiscard]] double facing() const { return m_facing; }
+
+  /// A quiet pet does not act by itself.
+  void setQuietMode(bool quiet) { m_quietMode = quiet; }
+  [[nodiscard]] bool isQuiet() const { return m_quietMode; }
+  /// Called when the pet wants to go for a walk, from within `advance`. A scene without a handler
+  /// never does.
+  void setStrollHandler(std::function<void()> handler) { m_strollHandler = std::move(handler); }
+  /// The pet decides anew after this time, instead of when it would have; as when the user has
+  /// chosen another behaviour mode. Nothing before `present`.
+  void scheduleDirector(Duration after);
+  /// The state of the scene, as the director is told.
+  [[nodiscard]] BehaviorContext directorContext() const;
+  /// Carries out a gesture; dropped while another one runs, and before `present`.
+  void perform(ProceduralGesture gesture);
+  /// What the pet did last of its own accord: a gesture, a frame set, or "stroll".
+  [[nodiscard]] const std::optional<QString> &lastAutonomous() const { return m_lastAutonomous; }
+
   /// Opacity of the sprite, taken from 0.15 to 1.
   void setOpacity(double opacity);
 
@@ -61,7 +102,7 @@ public:
   [[nodiscard]] const std::optional<QString> &stickyLoopState() const { return m_stickyLoopState; }
   /// Whether a one-shot is playing.
   [[nodiscard]] bool isPerforming() const;
-  /// When the last performance began; nothing before the first.
+  /// When the last reaction or walk of its own began; nothing before the first.
   [[nodiscard]] std::optional<Instant> lastPerformanceAt() const { return m_lastPerformanceAt; }
   /// Where `lifeNode` rests.
   [[nodiscard]] QPointF lifeBasePosition() const { return m_lifeBasePosition; }
@@ -73,15 +114,28 @@ public:
   /// Null before `present`.
   [[nodiscard]] const Node *pet() const { return m_pet.get(); }
 
+  /// How long after `present` the pet acts by itself for the first time.
+  static constexpr Duration firstDecision = std::chrono::seconds(30);
+
   /// The keys of the actions on the nodes.
   struct Keys {
-    static const QString loop;        ///< On `pet`: the repeating frame animation.
-    static const QString oneshot;     ///< On `pet`: frames played once, then back to the loop.
-    static const QString lifeBreath;  ///< On `breathNode`.
-    static const QString lifeBob;     ///< On `lifeNode`.
-    static const QString lifeSway;    ///< On `lifeNode`.
-    static const QString lifeUpright; ///< On `lifeNode`: the way back from a sway.
-    static const QString moodSquash;  ///< On `pet`.
+    static const QString loop;            ///< On `pet`: the repeating frame animation.
+    static const QString oneshot;         ///< On `pet`: frames played once, then back to the loop.
+    static const QString director;        ///< On the root: the wait before the next decision.
+    static const QString lifeBreath;      ///< On `breathNode`.
+    static const QString lifeBob;         ///< On `lifeNode`.
+    static const QString lifeSway;        ///< On `lifeNode`.
+    static const QString lifeUpright;     ///< On `lifeNode`: the way back from any tilt.
+    static const QString lifeGesture;     ///< On `lifeNode`, or `breathNode` for perk and stretch.
+    static const QString lifeCarry;       ///< On `lifeNode`: the tilt while carried.
+    static const QString lifeCarrySquash; ///< On `breathNode`: the squash while carried.
+    static const QString lifeDizzy;       ///< On `lifeNode`: the wobble of a flight without frames.
+    static const QString
+        lifeUnsquash; ///< On `breathNode`: the landing, and the way back to full height.
+    static const QString lifeGait;     ///< On `lifeNode`: the hops of a walk without frames.
+    static const QString lifeGaitLean; ///< On `lifeNode`: the lean of a walk without frames.
+    static const QString lifeFacing;   ///< On `lifeNode`: turning round.
+    static const QString moodSquash;   ///< On `pet`.
   };
 
 private:
@@ -97,17 +151,35 @@ private:
                                    const QString &state);
   void stopFrames();
   void playLoop();
+  void repeatFrames(const Action::Frames &frames, Duration each);
+  void repeatFrames(const Action::Frames &frames);
+  /// Repeats the frame set that fits the hints. False when the pack has none.
+  bool playSemanticLoop(const QStringList &hints);
   void applyNodeSize();
+  /// Puts `lifeNode` where it rests; what moves it goes on from there.
+  void putInPlace();
   void startLife();
   void startBreath(const PetPack::MotionProfile &motion, double period);
   void startBob(const PetPack::MotionProfile &motion, double period);
   void startSway(const PetPack::MotionProfile &motion, double period);
   [[nodiscard]] bool isTired() const;
+  void standUpright(double overSeconds, Arc arc = Arc::shortest);
+  /// Ends a gesture of `lifeNode` and what it has done to its place.
+  void dropGesture();
+  void hop();
+  void swayOnce();
+  void gestureOfBreath(const Action &movement);
+  void carry(double tilt);
+  void land();
+  void walkWithoutFrames();
+  void directorTick();
+  void carryOut(const BehaviorDecision::Move &move);
   void emitHeart(int index);
 
   QSizeF m_size;
   PetFiles m_files;
   MorvoSprites *m_sprites;
+  Setting m_setting;
   Clock *m_clock;
   RandomSource *m_random;
   Stage m_stage;
@@ -117,8 +189,18 @@ private:
   QPointF m_lifeBasePosition;
   QString m_mood;
   std::optional<QString> m_stickyLoopState;
+  std::optional<Instant> m_presentedAt;
   std::optional<Instant> m_lastPerformanceAt;
+  std::optional<QString> m_lastAutonomous;
+  std::function<void()> m_strollHandler;
   double m_opacity = 1;
+  double m_facing = 1;
+  /// The gesture of `lifeNode` moves it.
+  bool m_gestureHops = false;
+  bool m_quietMode = false;
+  bool m_gaitActive = false;
+  bool m_carriedActive = false;
+  bool m_tossedActive = false;
 };
 
 } // namespace morvo

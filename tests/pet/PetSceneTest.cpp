@@ -3,6 +3,7 @@
 #include "base/Diagnostics.h"
 #include "pet/PetFolder.h"
 #include "support/ManualClock.h"
+#include "support/MemorySettings.h"
 
 #include <gmock/gmock.h>
 
@@ -63,11 +64,13 @@ protected:
 
   PetFolder m_folder;
   test::ManualClock m_clock;
+  test::MemorySettings m_settings;
+  Setting m_setting{m_settings, Environment()};
   SeededRandomSource m_random{1};
   MorvoSprites m_sprites{m_folder.files()};
   QStringList m_lines;
   Diagnostics::Capture m_capture{[this](const QString &line) { m_lines.append(line); }};
-  PetScene m_scene{{200, 200}, m_folder.files(), m_sprites, m_clock, m_random};
+  PetScene m_scene{{200, 200}, m_folder.files(), m_sprites, m_setting, m_clock, m_random};
 };
 
 TEST_F(PetSceneTest, thePetStandsOnItsFeetInItsPlace) {

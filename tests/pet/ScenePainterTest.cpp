@@ -2,6 +2,7 @@
 
 #include "pet/PetFolder.h"
 #include "support/ManualClock.h"
+#include "support/MemorySettings.h"
 
 #include <gmock/gmock.h>
 
@@ -55,9 +56,11 @@ protected:
 
   PetFolder m_folder;
   test::ManualClock m_clock;
+  test::MemorySettings m_settings;
+  Setting m_setting{m_settings, Environment()};
   SeededRandomSource m_random{1};
   MorvoSprites m_sprites{m_folder.files()};
-  PetScene m_scene{{side, side}, m_folder.files(), m_sprites, m_clock, m_random};
+  PetScene m_scene{{side, side}, m_folder.files(), m_sprites, m_setting, m_clock, m_random};
   ScenePainter m_painter;
 };
 

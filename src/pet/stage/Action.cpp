@@ -53,8 +53,8 @@ Action Action::moveBy(QPointF offset, Duration duration, Easing easing) {
   return Action(Content{Content::MoveBy{offset}, atLeastNothing(duration), easing});
 }
 
-Action Action::rotateTo(double angle, Duration duration, Easing easing) {
-  return Action(Content{Content::RotateTo{angle}, atLeastNothing(duration), easing});
+Action Action::rotateTo(double angle, Duration duration, Easing easing, Arc arc) {
+  return Action(Content{Content::RotateTo{angle, arc}, atLeastNothing(duration), easing});
 }
 
 Action Action::rotateBy(double angle, Duration duration, Easing easing) {

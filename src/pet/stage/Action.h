@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Time.h"
+#include "pet/stage/Arc.h"
 #include "pet/stage/Easing.h"
 #include "pet/stage/SpriteFrame.h"
 
@@ -38,9 +39,9 @@ public:
 
   [[nodiscard]] static Action moveBy(QPointF offset, Duration duration,
                                      Easing easing = Easing::linear);
-  /// Radians, anticlockwise, along the shortest arc.
+  /// Radians, anticlockwise.
   [[nodiscard]] static Action rotateTo(double angle, Duration duration,
-                                       Easing easing = Easing::linear);
+                                       Easing easing = Easing::linear, Arc arc = Arc::shortest);
   [[nodiscard]] static Action rotateBy(double angle, Duration duration,
                                        Easing easing = Easing::linear);
   [[nodiscard]] static Action scaleXTo(double scale, Duration duration,

@@ -28,6 +28,7 @@ struct Action::Content {
   };
   struct RotateTo {
     double angle;
+    Arc arc;
   };
   struct RotateBy {
     double angle;

@@ -134,8 +134,9 @@ void ActionRun::apply(Node &node, double progress) {
   } else if (const auto *turn = as<Content::RotateBy>()) {
     node.setRotation(node.rotation() + turn->angle * gained);
   } else if (const auto *rotate = as<Content::RotateTo>()) {
-    const double arc = shortestArc(m_start, rotate->angle);
-    node.setRotation(progress >= 1 ? rotate->angle : m_start + arc * progress);
+    const double way = rotate->arc == Arc::shortest ? shortestArc(m_start, rotate->angle)
+                                                    : rotate->angle - m_start;
+    node.setRotation(progress >= 1 ? rotate->angle : m_start + way * progress);
   } else if (const auto *scale = as<Content::ScaleTo>()) {
     if (scale->x) {
       node.setXScale(between(m_start, *scale->x, progress));
