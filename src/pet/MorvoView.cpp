@@ -1,100 +1,86 @@
 #include "pet/MorvoView.h"
 
+#include "pet/SoftDisc.h"
+
 #include <QPainter>
-#include <QPainterPath>
+
+#include <cmath>
+#include <numbers>
 
 namespace morvo::MorvoView {
 namespace {
 
-constexpr QSizeF frame(130, 120);
-const QColor themeBlue(0x4d, 0xc3, 0xff);
-const QColor drowsyBlue(0x5b, 0x8d, 0xef);
-const QColor hungryOrange(0xff, 0x9f, 0x5a);
-const QColor white(0xff, 0xff, 0xff);
-const QColor deepSea(0x0b, 0x1c, 0x33);
+constexpr SoftDisc glow{.diameter = 130, .blur = 18, .opacity = 0.3};
 
-constexpr double glowOpacity = 0.3;
-constexpr double tailOpacity = 0.9;
-constexpr double bellyOpacity = 0.22;
-constexpr double tailDegrees = 8;
+// Heights in points, angles in degrees, speeds in radians a second. The speeds have no common
+// measure, so the creature never seems to repeat itself.
+constexpr double bobHeight = 3;
+constexpr double bobSpeed = 1.5;
+constexpr double breathDepth = 0.02;
+constexpr double breathSpeed = 1.9;
+constexpr double wagDegrees = 9;
+constexpr double wagSpeed = 3.1;
+constexpr double blinkPeriod = 4.3;
+constexpr double blinkSeconds = 0.22;
 
-QColor faded(QColor color, double opacity) {
-  color.setAlphaF(static_cast<float>(opacity));
-  return color;
+constexpr int jets = 5;
+constexpr double jetWidth = 3;
+constexpr double jetSpacing = 6;
+/// Where the jets stand, from the middle of the body.
+constexpr double blowhole = -34;
+
+void paintSpout(QPainter &painter, const QColor &tint, double time) {
+  for (int jet = 0; jet < jets; ++jet) {
+    const double pressure = (std::sin(3 * time + 0.8 * jet) + 1) * 0.5;
+    const double height = 8 + 10 * pressure;
+    const double x = (jet - (jets - 1) / 2.0) * jetSpacing;
+    const double foot = blowhole - 7 * pressure;
+    QColor water = tint.lighter(120);
+    water.setAlphaF(static_cast<float>(0.45 + 0.55 * pressure));
+    painter.setBrush(water);
+    painter.drawRoundedRect(QRectF(x - jetWidth / 2, foot - height, jetWidth, height), jetWidth / 2,
+                            jetWidth / 2);
+  }
 }
 
-/// A blurred disc, as a gradient that dies away.
-void drawGlow(QPainter &painter, const QColor &tint) {
-  constexpr double radius = 60;
-  QRadialGradient glow(QPointF(0, 0), radius);
-  glow.setColorAt(0, faded(tint, glowOpacity));
-  glow.setColorAt(0.6, faded(tint, glowOpacity * 0.7));
-  glow.setColorAt(1, faded(tint, 0));
-  painter.setBrush(glow);
-  painter.drawEllipse(QPointF(0, 0), radius, radius);
-}
-
-void drawTail(QPainter &painter, const QColor &tint) {
-  constexpr double width = 30;
-  constexpr double height = 34;
+void paintCreature(QPainter &painter, const QColor &tint, double time) {
+  const MorvoSprite::Pose pose = poseAt(time);
   painter.save();
-  painter.translate(50, 0);
-  painter.rotate(tailDegrees);
-  QPainterPath tail;
-  tail.moveTo(-width / 2, 0);
-  tail.quadTo(0, -height * 0.1, width / 2, -height / 2);
-  tail.quadTo(width * 0.3, 0, width / 2, height / 2);
-  tail.quadTo(0, height * 0.1, -width / 2, 0);
-  painter.setBrush(faded(tint, tailOpacity));
-  painter.drawPath(tail);
+  painter.translate(0, pose.bob);
+  paintSpout(painter, tint, time);
   painter.restore();
-}
-
-void drawBody(QPainter &painter, const QColor &tint) {
-  QLinearGradient body(0, -31, 0, 31);
-  body.setColorAt(0, tint.lighter(125));
-  body.setColorAt(1, tint.darker(130));
-  painter.setBrush(body);
-  painter.drawEllipse(QPointF(0, 0), 50, 31);
-  painter.setBrush(faded(white, bellyOpacity));
-  painter.drawEllipse(QPointF(-6, 14), 31, 12);
-}
-
-void drawFace(QPainter &painter) {
-  constexpr double eyeRadius = 5;
-  constexpr double pupilRadius = 1.6;
-  painter.setBrush(deepSea);
-  painter.drawEllipse(QPointF(-26, -6), eyeRadius, eyeRadius);
-  painter.setBrush(white);
-  painter.drawEllipse(QPointF(-27.4, -7.6), pupilRadius, pupilRadius);
-  painter.setBrush(Qt::NoBrush);
-  painter.setPen(QPen(faded(deepSea, 0.55), 1.6, Qt::SolidLine, Qt::RoundCap));
-  painter.drawArc(QRectF(-44, -2, 12, 10), 200 * 16, 120 * 16);
+  MorvoSprite::paintBody(painter, tint, pose);
 }
 
 } // namespace
 
-QImage picture(const QColor &accent, double scale) {
-  QImage image((frame * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::transparent);
-  QPainter painter(&image);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.scale(scale, scale);
-  painter.translate(frame.width() / 2, frame.height() / 2);
-  drawGlow(painter, accent);
-  drawTail(painter, accent);
-  drawBody(painter, accent);
-  drawFace(painter);
-  return image;
+MorvoSprite::Pose poseAt(double time) {
+  MorvoSprite::Pose pose;
+  pose.bob = bobHeight * std::sin(bobSpeed * time);
+  pose.breath = 1 + breathDepth * std::sin(breathSpeed * time);
+  pose.wag = wagDegrees * std::sin(wagSpeed * time);
+  const double cycle = time - blinkPeriod * std::floor(time / blinkPeriod);
+  const double shutting = (cycle - (blinkPeriod - blinkSeconds)) / blinkSeconds;
+  pose.eyesOpen = shutting > 0 ? 1 - std::sin(std::numbers::pi * shutting) : 1;
+  return pose;
 }
 
-QColor accent(const QString &mood) {
-  if (mood == u"hungry") {
-    return hungryOrange;
-  }
-  const bool drowsy = mood == u"lonely" || mood == u"sleepy" || mood == u"dreamy";
-  return drowsy ? drowsyBlue : themeBlue;
+void paint(QPainter &painter, const QRectF &target, const QColor &tint, double time) {
+  painter.save();
+  MorvoSprite::enter(painter, target);
+  glow.paint(painter, {}, tint);
+  paintCreature(painter, tint, time);
+  painter.restore();
+}
+
+QImage picture(const QColor &tint, double scale) {
+  QImage image((MorvoSprite::frame * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  MorvoSprite::enter(painter, image.rect());
+  glow.paint(painter, {}, tint, MorvoSprite::frame.height() / 2);
+  paintCreature(painter, tint, 0);
+  return image;
 }
 
 } // namespace morvo::MorvoView

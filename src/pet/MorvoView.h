@@ -1,16 +1,21 @@
 #pragma once
 
-#include <QColor>
-#include <QImage>
-#include <QString>
+#include "pet/MorvoSprite.h"
 
-/// The default pet as a drawing, for a persona without any frames.
+#include <QImage>
+
+/// The default pet as a living drawing: it bobs, breathes, wags, blinks and spouts. For panels, and
+/// for a persona without any frames. Keeps nothing.
 namespace morvo::MorvoView {
 
-/// The drawing at rest, in a frame of 130 by 120 points.
-[[nodiscard]] QImage picture(const QColor &accent, double scale);
+/// How it stands `time` seconds from any fixed moment. At 0 it is at rest with its eyes open.
+[[nodiscard]] MorvoSprite::Pose poseAt(double time);
 
-/// The tint for a mood.
-[[nodiscard]] QColor accent(const QString &mood);
+/// Fits the box of 130 by 120 points into `target`, in its middle. The glow reaches beyond the box,
+/// and so does the spout while the body is high. `tint` is the accent of the mood.
+void paint(QPainter &painter, const QRectF &target, const QColor &tint, double time);
+
+/// The drawing at rest in its box, at so many pixels a point; its glow dies away inside the box.
+[[nodiscard]] QImage picture(const QColor &tint, double scale);
 
 } // namespace morvo::MorvoView

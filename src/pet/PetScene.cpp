@@ -4,6 +4,7 @@
 #include "pet/MorvoView.h"
 #include "pet/NaturalOrder.h"
 #include "pet/PetPackStore.h"
+#include "pet/PetPalette.h"
 #include "pet/PetVitals.h"
 
 #include <algorithm>
@@ -127,7 +128,7 @@ SpriteFrame PetScene::firstPicture() {
     return *frame;
   }
   SpriteFrame frame;
-  frame.picture = MorvoView::picture(MorvoView::accent(m_mood), fallbackScale);
+  frame.picture = MorvoView::picture(PetPalette::accent(m_mood, m_theme).dark, fallbackScale);
   frame.size = frame.picture.size();
   return frame;
 }

@@ -4,6 +4,7 @@
 #include "base/RandomSource.h"
 #include "pet/BehaviorDecision.h"
 #include "pet/MorvoSprites.h"
+#include "pet/MorvoTheme.h"
 #include "pet/PetMenuAction.h"
 #include "pet/PetPack.h"
 #include "pet/stage/Stage.h"
@@ -60,6 +61,8 @@ public:
   [[nodiscard]] bool hasFrames();
   /// The frame sets with more than one frame.
   [[nodiscard]] QSet<QString> availableFrameSetsNow();
+  /// The colour that the user chose, for the drawing that stands in for a pet without frames.
+  void setTheme(const AdaptiveColor &theme) { m_theme = theme; }
   void emitHearts();
 
   /// The user holds the pet, whose body tilts against `horizontalVelocity`, points a second; or has
@@ -201,6 +204,7 @@ private:
   bool m_gaitActive = false;
   bool m_carriedActive = false;
   bool m_tossedActive = false;
+  AdaptiveColor m_theme = MorvoTheme::presets().front().color;
 };
 
 } // namespace morvo
