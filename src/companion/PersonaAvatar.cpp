@@ -28,6 +28,14 @@ constexpr double usualSpeed = 1.2;
 
 QRectF centred(QSizeF size) { return {QPointF(-size.width() / 2, -size.height() / 2), size}; }
 
+/// The dark or the light one of the text colours.
+QColor readableOn(const QColor &ground) {
+  constexpr float bright = 0.6F;
+  const bool isBright =
+      0.3F * ground.redF() + 0.6F * ground.greenF() + 0.1F * ground.blueF() > bright;
+  return PetPalette::foam().in(!isBright);
+}
+
 QImage load(const std::optional<QString> &path) {
   if (!path || path->isEmpty()) {
     return {};
@@ -107,7 +115,7 @@ void PersonaAvatar::paintEmblem(QPainter &painter, const Look &look) const {
   font.setPixelSize(std::max(1, qRound(signSize * look.fontScale)));
   font.setBold(true);
   painter.setFont(font);
-  painter.setPen(PetPalette::foam().dark);
+  painter.setPen(readableOn(look.accent));
   painter.drawText(circle, Qt::AlignCenter, sign());
 }
 
