@@ -1,5 +1,8 @@
 #pragma once
 
+#include "usage/AgentAccount.h"
+#include "usage/LiveRateLimit.h"
+
 #include <QString>
 
 #include <cstdint>
@@ -7,23 +10,16 @@
 
 namespace morvo {
 
-/// Who is logged in at an agent.
-struct AgentAccount {
-  QString label;
-  QString plan;
-
-  bool operator==(const AgentAccount &) const = default;
-};
-
 /// A coding agent found on this machine, and what it burned.
 struct DetectedAgent {
   QString id;
   QString name;
   QString detectedPath;
-  std::int64_t windowTokens = 0;
-  std::int64_t weekTokens = 0;
-  double cost = 0; ///< US dollars in the 5-hour window.
+  std::int64_t windowTokens = 0; ///< Billable tokens of the last 5 hours.
+  std::int64_t weekTokens = 0;   ///< Billable tokens of the last 7 days.
+  double cost = 0;               ///< US dollars in the 5-hour window.
   std::optional<AgentAccount> account;
+  std::optional<LiveRateLimit> liveLimit;
 
   bool operator==(const DetectedAgent &) const = default;
 };
