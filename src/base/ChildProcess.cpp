@@ -5,12 +5,16 @@
 #include <QProcess>
 #include <QThread>
 
+#include <coroutine>
 #include <csignal>
 #include <unistd.h>
 #include <utility>
 
 namespace morvo {
 namespace {
+
+/// What a shell adds to the number of the signal that ended a program.
+constexpr int signalExitBase = 128;
 
 /// Keeps the beginning of a stream.
 class BoundedBytes {
@@ -66,7 +70,7 @@ class ChildProcess::Run {
 public:
   Run(Scheduler &scheduler, const Command &command, Callback callback)
       : m_scheduler(&scheduler), m_callback(std::move(callback)), m_process(new QProcess),
-        m_output(command.outputLimit), m_error(command.outputLimit) {
+        m_output(command.outputLimit), m_error(command.outputLimit), m_mayCrash(command.mayCrash) {
     prepare(command);
     m_deadline = m_scheduler->after(command.deadline, [this] { passDeadline(); });
     m_process->start(command.program, command.arguments);
@@ -117,13 +121,15 @@ private:
       deliver(std::unexpected(Failure::timedOut));
       return;
     }
-    if (status == QProcess::CrashExit) {
+    const bool isCrash = status == QProcess::CrashExit;
+    if (isCrash && !m_mayCrash) {
       deliver(std::unexpected(Failure::killed));
       return;
     }
     m_output.append(m_process->readAllStandardOutput());
     m_error.append(m_process->readAllStandardError());
-    deliver(Output{.exitCode = exitCode,
+    // Of a crash, Qt tells the signal's number.
+    deliver(Output{.exitCode = isCrash ? signalExitBase + exitCode : exitCode,
                    .standardOutput = m_output.bytes(),
                    .standardError = m_error.bytes(),
                    .truncated = m_output.isTruncated() || m_error.isTruncated()});
@@ -164,6 +170,7 @@ private:
   QProcess *m_process;
   BoundedBytes m_output;
   BoundedBytes m_error;
+  bool m_mayCrash;
   Scheduler::Timer m_deadline;
   Scheduler::Timer m_kill;
   /// 0 until the program is known to run.
@@ -178,5 +185,57 @@ ChildProcess::ChildProcess(Scheduler &scheduler, const Command &command, Callbac
     : m_run(std::make_unique<Run>(scheduler, command, std::move(callback))) {}
 
 ChildProcess::~ChildProcess() = default;
+
+namespace {
+
+/// Suspends a coroutine until a run ends or a stop is requested, whichever comes first.
+class RunEnd {
+public:
+  RunEnd(Scheduler &scheduler, ChildProcess::Command command, std::stop_token stop)
+      : m_state(std::make_shared<State>(&scheduler, std::move(command), std::move(stop))) {}
+
+  [[nodiscard]] bool await_ready() const noexcept { return m_state->stop.stop_requested(); }
+
+  void await_suspend(std::coroutine_handle<> coroutine) const {
+    State *state = m_state.get();
+    state->process.emplace(*state->scheduler, state->command,
+                           [state, coroutine](ChildProcess::Result result) {
+                             state->result = std::move(result);
+                             state->onStop.reset();
+                             coroutine.resume();
+                           });
+    state->onStop.emplace(state->stop, [state, coroutine] {
+      state->process.reset();
+      coroutine.resume();
+    });
+  }
+
+  [[nodiscard]] std::optional<ChildProcess::Result> await_resume() const {
+    return std::move(m_state->result);
+  }
+
+private:
+  struct State {
+    State(Scheduler *owner, ChildProcess::Command program, std::stop_token token)
+        : scheduler(owner), command(std::move(program)), stop(std::move(token)) {}
+
+    Scheduler *scheduler;
+    ChildProcess::Command command;
+    std::stop_token stop;
+    std::optional<ChildProcess::Result> result;
+    std::optional<ChildProcess> process;
+    std::optional<std::stop_callback<std::function<void()>>> onStop;
+  };
+  // Shared by the copies that GCC 12 makes of an awaiter.
+  std::shared_ptr<State> m_state;
+};
+
+} // namespace
+
+QCoro::Task<std::optional<ChildProcess::Result>>
+ChildProcess::run(Scheduler &scheduler, Command command, std::stop_token stop) {
+  const RunEnd end(scheduler, std::move(command), std::move(stop));
+  co_return co_await end;
+}
 
 } // namespace morvo

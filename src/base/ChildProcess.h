@@ -4,6 +4,7 @@
 #include "base/Scheduler.h"
 
 #include <QByteArray>
+#include <QCoroTask>
 #include <QString>
 #include <QStringList>
 
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 namespace morvo {
 
@@ -35,6 +37,9 @@ public:
     /// Bytes kept of each output; what comes behind them is read and thrown away, so that a
     /// talkative program still ends.
     qsizetype outputLimit = qsizetype{16} << 20U;
+    /// Whether being ended by a signal is an end like any other, for a program whose last words
+    /// count however it ended. The exit code is then that of a shell, 128 and the signal's number.
+    bool mayCrash = false;
   };
 
   struct Output {
@@ -49,7 +54,7 @@ public:
 
   enum class Failure {
     notStarted, ///< No such program or folder, no permission, no process left.
-    killed,     ///< A signal ended it.
+    killed,     ///< A signal ended it, and it was not a command that may crash.
     timedOut,   ///< It was still running at the deadline.
   };
 
@@ -68,6 +73,12 @@ public:
   ChildProcess(const ChildProcess &) = delete;
   ChildProcess &operator=(const ChildProcess &) = delete;
   ~ChildProcess();
+
+  /// The whole run for a coroutine: `const auto result = co_await ChildProcess::run(…)`. Nothing as
+  /// soon as `stop` is requested, on this thread: the program is killed with all it started, and
+  /// the coroutine must return at once if it outlives its owner.
+  [[nodiscard]] static QCoro::Task<std::optional<Result>> run(Scheduler &scheduler, Command command,
+                                                              std::stop_token stop);
 
 private:
   class Run;

@@ -35,4 +35,10 @@ Environment Environment::with(const QString &name, const QString &value) const {
   return changed;
 }
 
+Environment Environment::without(const QString &name) const {
+  Environment changed = *this;
+  changed.m_variables.remove(name);
+  return changed;
+}
+
 } // namespace morvo

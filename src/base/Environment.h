@@ -26,6 +26,8 @@ public:
   [[nodiscard]] const QHash<QString, QString> &variables() const { return m_variables; }
   /// The same variables with this one set.
   [[nodiscard]] Environment with(const QString &name, const QString &value) const;
+  /// The same variables without this one.
+  [[nodiscard]] Environment without(const QString &name) const;
 
 private:
   QHash<QString, QString> m_variables;

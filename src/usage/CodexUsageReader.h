@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/HomeFolder.h"
+#include "usage/LiveRateLimit.h"
+
+#include <QByteArray>
+
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <sys/types.h>
+#include <vector>
+
+namespace morvo {
+
+/// Reads the rate limits that Codex writes into its session logs. It remembers what each of the
+/// logs said, so that one that has not changed is not read again.
+///
+/// Thread-safe. Reads files, so not for the main thread.
+class CodexUsageReader {
+public:
+  explicit CodexUsageReader(HomeFolder home);
+  CodexUsageReader(const CodexUsageReader &) = delete;
+  CodexUsageReader &operator=(const CodexUsageReader &) = delete;
+  ~CodexUsageReader();
+
+  /// The last record of the newest log that has one, among the twelve that were changed last. A log
+  /// is read from its end. What cannot be read, and lines of more than a few megabytes, count as
+  /// nothing said. Nothing when `stop` was requested.
+  [[nodiscard]] std::optional<LiveRateLimit> latest(const std::stop_token &stop = {});
+
+  /// The record in one line of a log.
+  [[nodiscard]] static std::optional<LiveRateLimit> parse(const QByteArray &line);
+
+private:
+  struct Identity {
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = 0;
+    timespec modified{};
+
+    [[nodiscard]] bool isSame(const Identity &other) const;
+  };
+  struct Log {
+    std::filesystem::path path;
+    Identity identity;
+  };
+  struct Said {
+    Identity identity;
+    std::optional<LiveRateLimit> limit;
+  };
+
+  [[nodiscard]] static std::vector<Log> newestLogs(const std::filesystem::path &folder,
+                                                   const std::stop_token &stop);
+  [[nodiscard]] std::optional<LiveRateLimit> said(const Log &log, const std::stop_token &stop);
+
+  HomeFolder m_home;
+  std::mutex m_mutex;
+  /// Of the twelve logs of the last look.
+  std::map<std::filesystem::path, Said> m_memory;
+};
+
+} // namespace morvo

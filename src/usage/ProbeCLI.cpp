@@ -1,0 +1,70 @@
+#include "usage/ProbeCLI.h"
+
+#include "base/ChildProcess.h"
+
+#include <QFileInfo>
+
+#include <utility>
+
+namespace morvo::ProbeCLI {
+namespace {
+
+const QString standardFolders = QStringLiteral("/usr/local/bin:/opt/homebrew/bin:/usr/bin:");
+
+/// No table of percentages is longer.
+constexpr qsizetype longestOutput = qsizetype{1} << 20U;
+
+} // namespace
+
+bool enabled(const Environment &environment) {
+  return !environment.isOne(QStringLiteral("MORVO_DISABLE_CLI_PROBES"));
+}
+
+std::optional<QString> executable(const QString &path) {
+  const QFileInfo file(path);
+  return file.isFile() && file.isExecutable() ? std::optional(file.absoluteFilePath())
+                                              : std::nullopt;
+}
+
+std::optional<QString> firstExecutable(const QString &name, const QString &folders) {
+  const QStringList places = folders.split(u':', Qt::SkipEmptyParts);
+  for (const QString &folder : places) {
+    if (auto found = executable(folder + u'/' + name)) {
+      return found;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<QString> locate(const QString &name, const Environment &environment,
+                              const HomeFolder &home) {
+  const auto named =
+      environment.nonEmpty(QStringLiteral("MORVO_") + name.toUpper() + QStringLiteral("_PATH"));
+  if (auto found = named ? executable(*named) : std::nullopt) {
+    return found;
+  }
+  return firstExecutable(name,
+                         environment.value(QStringLiteral("PATH"))
+                             .value_or(standardFolders + home.file(QStringLiteral(".local/bin"))));
+}
+
+QCoro::Task<std::optional<QString>> run(Scheduler &scheduler, Run command, std::stop_token stop) {
+  ChildProcess::Command child;
+  child.program = command.executable;
+  child.arguments = command.arguments;
+  child.environment = command.environment;
+  child.workingDirectory = QStringLiteral("/");
+  child.deadline = command.timeout;
+  child.outputLimit = longestOutput;
+  child.mayCrash = true;
+  const auto result = co_await ChildProcess::run(scheduler, child, stop);
+  if (!result || !*result) {
+    co_return std::nullopt;
+  }
+  const ChildProcess::Output &output = **result;
+  const QString text = QString::fromUtf8(output.standardOutput.isEmpty() ? output.standardError
+                                                                         : output.standardOutput);
+  co_return text.isEmpty() ? std::nullopt : std::optional(text);
+}
+
+} // namespace morvo::ProbeCLI

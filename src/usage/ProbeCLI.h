@@ -1,0 +1,44 @@
+#pragma once
+
+#include "base/Environment.h"
+#include "base/Scheduler.h"
+#include "platform/HomeFolder.h"
+
+#include <QCoroTask>
+#include <QStringList>
+
+#include <optional>
+#include <stop_token>
+
+/// Finding and running the agents' own commands.
+namespace morvo::ProbeCLI {
+
+/// Whether the agents' commands may be run: `MORVO_DISABLE_CLI_PROBES` is not "1".
+[[nodiscard]] bool enabled(const Environment &environment);
+
+/// The absolute path of the command: what `MORVO_<NAME>_PATH` names, else the first executable file
+/// of that name in the folders of `PATH` (of the usual places when it is not set). Looks at the
+/// disk: not for the main thread.
+[[nodiscard]] std::optional<QString> locate(const QString &name, const Environment &environment,
+                                            const HomeFolder &home);
+
+/// The first executable file `name` in a list of folders separated by ":".
+[[nodiscard]] std::optional<QString> firstExecutable(const QString &name, const QString &folders);
+/// The path, made absolute, if it names an executable file.
+[[nodiscard]] std::optional<QString> executable(const QString &path);
+
+struct Run {
+  QString executable;
+  QStringList arguments;
+  Duration timeout{};
+  Environment environment;
+};
+
+/// What the command wrote: its standard output, or else its standard error, however it ended and
+/// up to a bound. Nothing when it could not be started, wrote nothing or was still running at the
+/// timeout, when it is ended with all it started, or when `stop` was requested. It runs in the root
+/// folder, so that a log which it writes of itself belongs to none of the user's projects.
+[[nodiscard]] QCoro::Task<std::optional<QString>> run(Scheduler &scheduler, Run command,
+                                                      std::stop_token stop);
+
+} // namespace morvo::ProbeCLI
