@@ -1,13 +1,56 @@
 #include "app/EntryModes.h"
 
+#include "app/SceneMode.h"
+#include "base/Diagnostics.h"
 #include "monitor/ConnectSelfTest.h"
+#include "pet/PetSpritesDebug.h"
+
+#include <array>
 
 namespace morvo::EntryModes {
+namespace {
 
-bool take(const HookContext &context) {
-  if (context.environment.isOne(QStringLiteral("MORVO_CONNECT_TEST"))) {
-    ConnectSelfTest::run(context);
-    return true;
+/// Separates the fields of a value; a value without one is mistyped and leads to the normal start.
+constexpr QChar separator = u':';
+
+bool hasFields(const QString &value) { return value.contains(separator); }
+bool isThere(const QString &value) { return !value.isEmpty(); }
+bool isOne(const QString &value) { return value == u'1'; }
+
+void renderScene(const Ground &ground, const QString &value) {
+  SceneMode::run(value.split(separator), ground.files, ground.setting);
+}
+
+void reportFrames(const Ground &ground, const QString &personaId) {
+  Diagnostics::line(u"FRAMES", PetSpritesDebug::report(ground.files, personaId));
+}
+
+void testConnecting(const Ground &ground, const QString & /*value*/) {
+  ConnectSelfTest::run(ground.hooks);
+}
+
+struct Mode {
+  QStringView variable;
+  bool (*isMeant)(const QString &value) = nullptr;
+  void (*run)(const Ground &ground, const QString &value) = nullptr;
+};
+
+/// In the order in which they are tried.
+constexpr std::array modes{
+    Mode{u"MORVO_SCENE", hasFields, renderScene},
+    Mode{u"MORVO_FRAMES", isThere, reportFrames},
+    Mode{u"MORVO_CONNECT_TEST", isOne, testConnecting},
+};
+
+} // namespace
+
+bool take(const Ground &ground) {
+  for (const Mode &mode : modes) {
+    const auto value = ground.hooks.environment.value(mode.variable.toString());
+    if (value && mode.isMeant(*value)) {
+      mode.run(ground, *value);
+      return true;
+    }
   }
   return false;
 }

@@ -1,12 +1,21 @@
 #pragma once
 
 #include "monitor/HookContext.h"
+#include "pet/PetFiles.h"
+#include "platform/Setting.h"
 
 /// Environment variables that turn a launch into a one-shot job.
 namespace morvo::EntryModes {
 
+/// What the modes work on.
+struct Ground {
+  HookContext hooks;
+  PetFiles files;
+  Setting setting;
+};
+
 /// Runs the first mode that the environment asks for. True when one was taken: the process then
-/// ends, and nothing else of the start happens. Messages go to standard error.
-[[nodiscard]] bool take(const HookContext &context);
+/// ends, and nothing else of the start happens. Messages go to standard error. Needs no desktop.
+[[nodiscard]] bool take(const Ground &ground);
 
 } // namespace morvo::EntryModes

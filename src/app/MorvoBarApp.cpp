@@ -82,6 +82,7 @@ struct Surroundings {
     return QDir::cleanPath(QCoreApplication::applicationDirPath() +
                            QStringLiteral("/../share/morvobar"));
   }
+  [[nodiscard]] PetFiles petFiles() const { return {.home = home, .resources = resources()}; }
 };
 
 /// The running program: every part, in the order in which each stands on those above it.
@@ -89,8 +90,7 @@ class Program {
 public:
   explicit Program(Surroundings &surroundings)
       : m_surroundings(&surroundings), m_settingsFile(surroundings.settingsPath()),
-        m_setting(m_settingsFile, surroundings.environment),
-        m_files{.home = surroundings.home, .resources = Surroundings::resources()},
+        m_setting(m_settingsFile, surroundings.environment), m_files(surroundings.petFiles()),
         m_secrets(std::make_shared<LibsecretVault>(), surroundings.files,
                   MorvoHome::directory(surroundings.home) + QStringLiteral("/secrets.json"),
                   m_scheduler, {}),
@@ -205,10 +205,11 @@ std::optional<int> runWithoutDesktop(Surroundings &surroundings, const QStringLi
     QTextStream(stderr) << usage;
     return wrongUsage;
   }
-  if (EntryModes::take(surroundings.hooks())) {
-    return success;
-  }
-  return std::nullopt;
+  SettingsFile settings(surroundings.settingsPath());
+  const bool taken = EntryModes::take({.hooks = surroundings.hooks(),
+                                       .files = surroundings.petFiles(),
+                                       .setting = Setting(settings, surroundings.environment)});
+  return taken ? std::optional(success) : std::nullopt;
 }
 
 bool hasDesktop(const Environment &environment) {

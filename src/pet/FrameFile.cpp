@@ -47,10 +47,14 @@ std::optional<SpriteFrame> probe(const QString &path) {
   if (!file.open(QIODevice::ReadOnly)) {
     return std::nullopt;
   }
+  // Before anything else, so that an empty or torn file is not worth a complaint of the decoder.
+  if (!isWhole(file) || !file.seek(0)) {
+    return std::nullopt;
+  }
   QImageReader reader(&file, frameFormat);
   reader.setAutoDetectImageFormat(false);
   const QSize size = reader.size();
-  if (!isSound(reader) || !isWhole(file)) {
+  if (!isSound(reader)) {
     return std::nullopt;
   }
   const auto written = std::chrono::seconds(status.st_mtim.tv_sec) +

@@ -1,0 +1,76 @@
+#include "app/SceneMode.h"
+
+#include "base/Clock.h"
+#include "base/Diagnostics.h"
+#include "base/RandomSource.h"
+#include "pet/PetScene.h"
+#include "pet/ScenePainter.h"
+
+#include <QBuffer>
+#include <QFile>
+
+namespace morvo::SceneMode {
+namespace {
+
+const QString tag = QStringLiteral("SCENE");
+/// Moods that are actions as well.
+const QStringList performedMoods{QStringLiteral("celebrate"), QStringLiteral("alert")};
+
+/// Stands still, so that the picture depends on what was asked for alone.
+class StillClock final : public Clock {
+public:
+  [[nodiscard]] WallTime now() const override { return {}; }
+  [[nodiscard]] Instant instant() const override { return {}; }
+};
+
+QImage painted(ScenePainter &painter, const PetScene &scene) {
+  QImage image(stageSize, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  QPainter onImage(&image);
+  painter.paint(onImage, scene, image.rect(), 1);
+  return image;
+}
+
+QByteArray asPNG(const QImage &image) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  return image.save(&buffer, "PNG") ? bytes : QByteArray();
+}
+
+} // namespace
+
+void run(const QStringList &fields, const PetFiles &files, const Setting &setting) {
+  const QString &mood = fields.at(0);
+  const QString &output = fields.at(1);
+  StillClock clock;
+  SeededRandomSource random(0);
+  MorvoSprites sprites(files);
+  PetScene scene(stageSize, files, sprites, setting, clock, random);
+  if (const auto persona = setting.environment().nonEmpty(QStringLiteral("MORVO_PERSONA_ID"))) {
+    scene.setPersona(*persona);
+  }
+  scene.setMood(mood);
+  scene.present();
+  if (performedMoods.contains(mood)) {
+    scene.react(mood);
+  }
+  bool isNumber = false;
+  const double time = fields.value(2).toDouble(&isNumber);
+  if (isNumber) {
+    scene.update(time);
+  }
+  ScenePainter painter;
+  const QByteArray picture = asPNG(painted(painter, scene));
+  if (picture.isEmpty()) {
+    Diagnostics::line(tag, u"render failed");
+    return;
+  }
+  QFile file(output);
+  if (file.open(QIODevice::WriteOnly)) {
+    // Whoever asked for the picture looks at the file; there is nobody else to tell.
+    file.write(picture);
+  }
+  Diagnostics::line(tag, QStringLiteral("wrote ") + output);
+}
+
+} // namespace morvo::SceneMode
