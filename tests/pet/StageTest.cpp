@@ -133,6 +133,15 @@ INSTANTIATE_TEST_SUITE_P(All, ShortestArcTest,
                                          ArcRow{-0.9 * pi, 0.9 * pi, -pi},
                                          ArcRow{4 * pi, 0.5, 4 * pi + 0.25}));
 
+TEST_F(StageTest, theDirectWayGoesThroughTheNumbers) {
+  m_node->setRotation(0.9 * pi);
+  m_node->run(Action::rotateTo(-0.9 * pi, seconds(2), Easing::linear, Arc::direct));
+  pass(1);
+  EXPECT_NEAR(m_node->rotation(), 0, 1e-12);
+  pass(1);
+  EXPECT_EQ(m_node->rotation(), -0.9 * pi);
+}
+
 TEST_F(StageTest, movesAddUpAndTargetsEndExactly) {
   m_node->run(Action::moveBy({10, 0}, seconds(1), Easing::easeIn));
   m_node->run(Action::moveBy({0, 6}, seconds(1), Easing::easeOut));
@@ -422,6 +431,127 @@ TEST_F(StageTest, aDayAsleepIsCaughtUp) {
       {Action::scaleYTo(1.02, seconds(1.5)), Action::scaleYTo(0.99, seconds(1.5))})));
   pass(24 * 3600.0 + 1.5);
   EXPECT_NEAR(m_node->yScale(), 1.02, 1e-9);
+}
+
+/// What a leap can skip: repetitions of random rounds, each of properties of its own.
+void fillWithLoops(const std::shared_ptr<Node> &node, std::uint64_t seed) {
+  SeededRandomSource random(seed);
+  const auto time = [&] { return seconds(random.uniform(0.05, 3)); };
+  const auto easing = [&] { return static_cast<Easing>(random.below(4)); };
+  const auto offset = [&] { return QPointF(random.uniform(-3, 3), random.uniform(-3, 3)); };
+  node->run(Action::repeatForever(
+      Action::sequence({Action::moveBy(offset(), time(), easing()), Action::wait(time()),
+                        Action::moveBy(offset(), time(), easing())})));
+  node->run(Action::repeatForever(Action::moveBy(offset(), time())));
+  if (random.below(2) == 0) {
+    node->run(Action::repeatForever(
+        Action::sequence({Action::rotateTo(random.uniform(-9, 9), time(), easing()),
+                          Action::rotateTo(random.uniform(-9, 9), time(), easing())})));
+  } else {
+    node->run(Action::repeatForever(Action::rotateBy(random.uniform(-9, 9), time(), easing())));
+  }
+  node->run(Action::repeatForever(
+      Action::group({Action::scaleXTo(random.uniform(0, 2), time(), easing()),
+                     Action::sequence({Action::scaleYTo(random.uniform(0, 2), time(), easing()),
+                                       Action::scaleYTo(random.uniform(0, 2), time())})})));
+  node->run(Action::repeatForever(
+      Action::sequence({Action::fadeOut(time(), easing()), Action::fadeIn(time(), easing())})));
+  node->run(Action::repeatForever(Action::animate(
+      framesNamed({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}), time())));
+}
+
+void expectAlike(const Node &a, const Node &b) {
+  EXPECT_NEAR(a.position().x(), b.position().x(), 1e-6);
+  EXPECT_NEAR(a.position().y(), b.position().y(), 1e-6);
+  EXPECT_NEAR(a.rotation(), b.rotation(), 1e-6);
+  EXPECT_NEAR(a.xScale(), b.xScale(), 1e-9);
+  EXPECT_NEAR(a.yScale(), b.yScale(), 1e-9);
+  EXPECT_NEAR(a.alpha(), b.alpha(), 1e-9);
+  EXPECT_EQ(a.texture(), b.texture());
+}
+
+class LeapTest : public testing::TestWithParam<std::uint64_t> {};
+
+TEST_P(LeapTest, leavesTheStateOfSmallSteps) {
+  Stage leaping{Instant()};
+  Stage walking{Instant()};
+  for (const Stage *stage : {&leaping, &walking}) {
+    fillWithLoops(stage->root(), GetParam());
+  }
+  SeededRandomSource random(GetParam());
+  Duration end = seconds(random.uniform(0, 9));
+  leaping.advance(Instant(end));
+  end += seconds(random.uniform(20, 1000));
+  leaping.advance(Instant(end));
+  while (walking.now() < Instant(end)) {
+    walking.advance(std::min(walking.now() + seconds(9), Instant(end)));
+  }
+  expectAlike(*leaping.root(), *walking.root());
+  end += seconds(1.23);
+  leaping.advance(Instant(end));
+  walking.advance(Instant(end));
+  expectAlike(*leaping.root(), *walking.root());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LeapTest, testing::Range(std::uint64_t{0}, std::uint64_t{16}));
+
+TEST_F(StageTest, aWeekAsleepCostsAFewRounds) {
+  fillWithLoops(m_node, 1);
+  pass(0);
+  const auto before = m_node->revision();
+  pass(7 * 24 * 3600.0);
+  EXPECT_LT(m_node->revision() - before, 500U);
+}
+
+TEST_F(StageTest, aLongStepCallsItsBlocksAtTheirInstants) {
+  m_node->run(Action::repeatForever(Action::moveBy({1, 0}, seconds(0.5))));
+  QStringList places;
+  for (const double time : {100.0, 3600.25, 86400.0}) {
+    m_node->run(Action::sequence({Action::wait(seconds(time)), Action::run([&, this] {
+                                    places.append(QString::number(m_node->position().x()));
+                                  })}));
+  }
+  pass(2 * 86400.0);
+  EXPECT_THAT(places, ElementsAre(u"200", u"7200.5", u"172800"));
+  EXPECT_DOUBLE_EQ(m_node->position().x(), 4 * 86400.0);
+}
+
+TEST_F(StageTest, repetitionsWithBlocksMissNoneInALongStep) {
+  int calls = 0;
+  m_node->run(Action::repeatForever(
+      Action::sequence({Action::wait(seconds(1)), Action::run([&] { ++calls; })})));
+  m_node->run(Action::repeatForever(Action::rotateBy(1, seconds(1))));
+  pass(5000);
+  EXPECT_EQ(calls, 5000);
+  EXPECT_NEAR(m_node->rotation(), 5000, 1e-6);
+}
+
+TEST_F(StageTest, repetitionsThatPullAtTheSamePropertyAreWalkedThrough) {
+  Stage walking{Instant()};
+  Stage leaping{Instant()};
+  for (const Stage *stage : {&leaping, &walking}) {
+    const auto &node = stage->root();
+    node->run(Action::repeatForever(
+        Action::sequence({Action::rotateTo(1, seconds(0.7)), Action::rotateTo(-1, seconds(1.1))})));
+    node->run(Action::repeatForever(Action::rotateBy(0.3, seconds(0.4))));
+    node->run(Action::repeatForever(Action::sequence(
+        {Action::rotateTo(2, seconds(0.31)), Action::rotateBy(0.5, seconds(0.17))})));
+  }
+  const Instant end(seconds(333.3));
+  leaping.advance(end);
+  while (walking.now() < end) {
+    walking.advance(std::min(walking.now() + seconds(3), end));
+  }
+  expectAlike(*leaping.root(), *walking.root());
+}
+
+TEST_F(StageTest, aRoundThatTurnsToAndByIsNotSkippedWrongly) {
+  m_node->run(Action::repeatForever(
+      Action::sequence({Action::rotateBy(1, seconds(1)), Action::rotateTo(0, seconds(1))})));
+  pass(1000);
+  EXPECT_NEAR(m_node->rotation(), 0, 1e-9);
+  pass(1001);
+  EXPECT_NEAR(m_node->rotation(), 1, 1e-9);
 }
 
 } // namespace

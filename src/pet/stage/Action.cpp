@@ -11,6 +11,14 @@ Duration atLeastNothing(Duration duration) { return std::max(duration, Duration:
 /// The sum, at most `forever`.
 Duration plus(Duration a, Duration b) { return a > Action::forever - b ? Action::forever : a + b; }
 
+ActionEffects together(const std::vector<Action> &actions) {
+  ActionEffects effects;
+  for (const Action &action : actions) {
+    effects.add(action.content().effects);
+  }
+  return effects;
+}
+
 } // namespace
 
 Action::Action(Content content) : m_content(std::make_shared<const Content>(std::move(content))) {}
@@ -22,7 +30,9 @@ Action Action::sequence(std::vector<Action> actions) {
   for (const Action &action : actions) {
     time = plus(time, action.duration());
   }
-  return Action(Content{.kind = Content::Sequence{std::move(actions)}, .time = time});
+  auto effects = together(actions);
+  return Action(
+      Content{.kind = Content::Sequence{std::move(actions)}, .time = time, .effects = effects});
 }
 
 Action Action::group(std::vector<Action> actions) {
@@ -30,13 +40,18 @@ Action Action::group(std::vector<Action> actions) {
   for (const Action &action : actions) {
     time = std::max(time, action.duration());
   }
-  return Action(Content{.kind = Content::Group{std::move(actions)}, .time = time});
+  auto effects = together(actions);
+  return Action(
+      Content{.kind = Content::Group{std::move(actions)}, .time = time, .effects = effects});
 }
 
 Action Action::repeatForever(const Action &body) {
   const bool takesTime = body.duration() > Duration::zero();
-  return Action(
-      Content{.kind = Content::Repeat{body}, .time = takesTime ? forever : Duration::zero()});
+  auto effects = body.content().effects;
+  effects.isContained = false;
+  return Action(Content{.kind = Content::Repeat{body},
+                        .time = takesTime ? forever : Duration::zero(),
+                        .effects = effects});
 }
 
 Action Action::wait(Duration duration) {
@@ -44,48 +59,72 @@ Action Action::wait(Duration duration) {
 }
 
 Action Action::run(std::function<void()> block) {
-  return Action(Content{.kind = Content::Block{std::move(block)}});
+  return Action(
+      Content{.kind = Content::Block{std::move(block)}, .effects = {.isContained = false}});
 }
 
-Action Action::removeFromParent() { return Action(Content{.kind = Content::Remove{}}); }
+Action Action::removeFromParent() {
+  return Action(Content{.kind = Content::Remove{}, .effects = {.isContained = false}});
+}
 
 Action Action::moveBy(QPointF offset, Duration duration, Easing easing) {
-  return Action(Content{Content::MoveBy{offset}, atLeastNothing(duration), easing});
+  return Action(Content{Content::MoveBy{offset},
+                        atLeastNothing(duration),
+                        easing,
+                        {.gains = ActionEffects::position, .travel = offset}});
 }
 
 Action Action::rotateTo(double angle, Duration duration, Easing easing, Arc arc) {
-  return Action(Content{Content::RotateTo{angle, arc}, atLeastNothing(duration), easing});
+  return Action(Content{Content::RotateTo{angle, arc},
+                        atLeastNothing(duration),
+                        easing,
+                        {.targets = ActionEffects::rotation}});
 }
 
 Action Action::rotateBy(double angle, Duration duration, Easing easing) {
-  return Action(Content{Content::RotateBy{angle}, atLeastNothing(duration), easing});
+  return Action(Content{Content::RotateBy{angle},
+                        atLeastNothing(duration),
+                        easing,
+                        {.gains = ActionEffects::rotation, .turn = angle}});
 }
 
 Action Action::scaleXTo(double scale, Duration duration, Easing easing) {
-  return Action(Content{Content::ScaleTo{.x = scale, .y = {}}, atLeastNothing(duration), easing});
+  return scaleTo(scale, std::nullopt, duration, easing);
 }
 
 Action Action::scaleYTo(double scale, Duration duration, Easing easing) {
-  return Action(Content{Content::ScaleTo{.x = {}, .y = scale}, atLeastNothing(duration), easing});
+  return scaleTo(std::nullopt, scale, duration, easing);
 }
 
 Action Action::scaleTo(double scale, Duration duration, Easing easing) {
+  return scaleTo(scale, scale, duration, easing);
+}
+
+Action Action::scaleTo(std::optional<double> x, std::optional<double> y, Duration duration,
+                       Easing easing) {
   return Action(
-      Content{Content::ScaleTo{.x = scale, .y = scale}, atLeastNothing(duration), easing});
+      Content{Content::ScaleTo{.x = x, .y = y},
+              atLeastNothing(duration),
+              easing,
+              {.targets = (x ? ActionEffects::xScale : 0U) | (y ? ActionEffects::yScale : 0U)}});
 }
 
 Action Action::fadeIn(Duration duration, Easing easing) {
-  return Action(Content{Content::FadeTo{1}, atLeastNothing(duration), easing});
+  return Action(Content{
+      Content::FadeTo{1}, atLeastNothing(duration), easing, {.targets = ActionEffects::alpha}});
 }
 
 Action Action::fadeOut(Duration duration, Easing easing) {
-  return Action(Content{Content::FadeTo{0}, atLeastNothing(duration), easing});
+  return Action(Content{
+      Content::FadeTo{0}, atLeastNothing(duration), easing, {.targets = ActionEffects::alpha}});
 }
 
 Action Action::animate(Frames frames, Duration timePerFrame) {
   const Duration each = atLeastNothing(timePerFrame);
   const auto count = static_cast<Duration::rep>(frames.size());
-  return Action(Content{.kind = Content::Animate{std::move(frames), each}, .time = each * count});
+  return Action(Content{.kind = Content::Animate{std::move(frames), each},
+                        .time = each * count,
+                        .effects = {.targets = ActionEffects::texture}});
 }
 
 } // namespace morvo

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace morvo {
@@ -68,6 +69,8 @@ public:
 
 private:
   explicit Action(Content content);
+  [[nodiscard]] static Action scaleTo(std::optional<double> x, std::optional<double> y,
+                                      Duration duration, Easing easing);
 
   std::shared_ptr<const Content> m_content;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pet/stage/Action.h"
+#include "pet/stage/ActionEffects.h"
 
 #include <optional>
 #include <variant>
@@ -50,6 +51,7 @@ struct Action::Content {
   Kind kind;
   Duration time = Duration::zero();
   Easing easing = Easing::linear;
+  ActionEffects effects;
 };
 
 } // namespace morvo

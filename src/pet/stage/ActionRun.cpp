@@ -91,15 +91,50 @@ void ActionRun::stepGroup(Node &node, Duration by, Blocks &due) {
 
 void ActionRun::beginRepeat(Node &node, Blocks &due) {
   m_parts.clear();
+  m_elapsed = Duration::zero();
   m_parts.emplace_back(as<Content::Repeat>()->body).begin(node, due);
   // A body that takes time cannot be finished yet; one that takes none is run once.
   m_finished = m_parts.front().isFinished();
 }
 
 void ActionRun::stepRepeat(Node &node, Duration by, Blocks &due) {
+  m_elapsed += by;
   m_parts.front().step(node, by, due);
   if (m_parts.front().isFinished()) {
     beginRepeat(node, due);
+  }
+}
+
+bool ActionRun::canLeap() const {
+  const auto *repeat = as<Content::Repeat>();
+  if (repeat == nullptr || m_finished) {
+    return false;
+  }
+  const ActionEffects &effects = repeat->body.content().effects;
+  // What is both added to and brought to a value gains nothing a round, but not the sum either.
+  return effects.isContained && (effects.targets & effects.gains) == 0;
+}
+
+void ActionRun::leap(Node &node, Duration by) {
+  const Action &body = as<Content::Repeat>()->body;
+  const Duration round = body.duration();
+  // After the end of this round and of a whole one, what has targets stands where each round
+  // leaves it.
+  const Duration first = std::min(by, round - m_elapsed + round);
+  walk(node, first);
+  const auto rounds = (by - first) / round;
+  const ActionEffects &effects = body.content().effects;
+  node.setPosition(node.position() + effects.travel * static_cast<double>(rounds));
+  node.setRotation(node.rotation() + effects.turn * static_cast<double>(rounds));
+  walk(node, (by - first) % round);
+}
+
+void ActionRun::walk(Node &node, Duration by) {
+  Blocks none;
+  while (by > Duration::zero()) {
+    const Duration part = std::min(by, untilNextEnd());
+    step(node, part, none);
+    by -= part;
   }
 }
 

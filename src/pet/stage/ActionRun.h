@@ -24,6 +24,10 @@ public:
   [[nodiscard]] bool isFinished() const { return m_finished; }
   /// The time until the next of its parts ends; more than nothing unless finished.
   [[nodiscard]] Duration untilNextEnd() const;
+  /// Whether it repeats for ever what only its node knows of, so that it can `leap`.
+  [[nodiscard]] bool canLeap() const;
+  /// Lets any time pass, whole rounds at once. The state is that which steps would leave.
+  void leap(Node &node, Duration by);
   /// Adds what it does to `activity`.
   void report(Activity &activity) const;
 
@@ -38,6 +42,8 @@ private:
   void stepGroup(Node &node, Duration by, Blocks &due);
   void stepRepeat(Node &node, Duration by, Blocks &due);
   void stepLeaf(Node &node, Duration by);
+  /// Steps as long as it takes.
+  void walk(Node &node, Duration by);
   /// Brings the node from progress `m_progress` to `progress`.
   void apply(Node &node, double progress);
   void showFrame(Node &node, const Content::Animate &animation);
@@ -52,6 +58,7 @@ private:
   /// The parts in play: the present one of a sequence or repetition, all of a group.
   std::vector<ActionRun> m_parts;
   std::size_t m_next = 0;
+  /// Of a part without parts, or of the present round of a repetition.
   Duration m_elapsed = Duration::zero();
   double m_progress = 0;
   /// Where the node stood when an action to a target began.

@@ -12,6 +12,9 @@ namespace {
 
 using NodePointer = std::shared_ptr<Node>;
 
+/// Less than this is walked through: the usual steps between two pictures are far shorter.
+constexpr Duration leastLeap = std::chrono::seconds(10);
+
 /// Calls `visit` for every node from the root down. It must not change the tree.
 template <typename Visit> void forEachNode(const NodePointer &node, const Visit &visit) {
   visit(node);
@@ -41,18 +44,52 @@ void Stage::advance(Instant to) {
       return;
     }
     rounds = 0;
-    const Duration rest = to - m_now;
-    const Duration by = std::min(activity().nextEnd.value_or(rest), rest);
-    move(by);
-    m_now += by;
+    pass(to - m_now);
   }
+}
+
+void Stage::pass(Duration rest) {
+  if (rest >= leastLeap) {
+    const Duration far = std::min(rest, leapable());
+    if (far >= leastLeap) {
+      move(far);
+      m_now += far;
+      return;
+    }
+  }
+  const Duration by = std::min(activity().nextEnd.value_or(rest), rest);
+  move(by);
+  m_now += by;
+}
+
+Duration Stage::leapable() const {
+  Duration far = Action::forever;
+  forEachNode(m_root, [&](const NodePointer &node) {
+    ActionEffects others;
+    for (const auto &running : node->m_running) {
+      const ActionEffects &effects = running->run.action().content().effects;
+      if (!running->run.canLeap()) {
+        far = std::min(far, running->run.untilNextEnd());
+      }
+      if (!effects.isApartFrom(others)) {
+        far = Duration::zero();
+      }
+      others.add(effects);
+    }
+  });
+  return far;
 }
 
 void Stage::move(Duration by) {
   forEachNode(m_root, [&](const NodePointer &node) {
     for (const auto &running : node->m_running) {
       ActionRun::Blocks blocks;
-      running->run.step(*node, by, blocks);
+      // Only a leap is longer than what is left of a part.
+      if (by > running->run.untilNextEnd()) {
+        running->run.leap(*node, by);
+      } else {
+        running->run.step(*node, by, blocks);
+      }
       for (auto &block : blocks) {
         m_due.push_back({node, running, std::move(block)});
       }

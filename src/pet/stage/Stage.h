@@ -19,6 +19,9 @@ namespace morvo {
 /// - Then actions that have ended are dropped. What blocks have started takes part from this
 ///   instant on; its own blocks that are due at once are called at this instant too.
 /// - A node outside the tree rests.
+/// - A long step costs no more than a short one: where only endless repetitions run that do not
+///   touch each other's properties, their whole rounds are skipped, up to the next instant at which
+///   anything else ends. That leaves the state of the small steps, but for the last bits of sums.
 /// - Work that keeps adding work without time passing is a bug; after `mostRounds` rounds at one
 ///   instant the rest waits for the next call, so that it cannot hang the program.
 class Stage {
@@ -39,10 +42,15 @@ public:
   [[nodiscard]] Activity activity() const;
 
 private:
+  /// Lets at most `rest` pass, up to the next instant at which something has to be settled.
+  void pass(Duration rest);
   /// Takes up new actions, calls the blocks that are due, drops what has ended. False when there
   /// was nothing to do.
   bool settle();
   void move(Duration by);
+  /// How far the time can leap from here: to the next end of anything that is no endless
+  /// repetition; nothing when two actions touch the same.
+  [[nodiscard]] Duration leapable() const;
   bool callDue();
   [[nodiscard]] bool isInTree(const Node &node) const;
 
