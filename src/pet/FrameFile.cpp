@@ -67,7 +67,11 @@ std::optional<SpriteFrame> probe(const QString &path) {
 }
 
 QImage decode(const QString &path) {
-  QImageReader reader(path, frameFormat);
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly) || !isWhole(file) || !file.seek(0)) {
+    return {};
+  }
+  QImageReader reader(&file, frameFormat);
   reader.setAutoDetectImageFormat(false);
   return isSound(reader) ? reader.read() : QImage();
 }

@@ -50,6 +50,21 @@ constexpr double gaitHop = 4;
 constexpr double gaitHopSeconds = 0.14;
 constexpr double gaitEndSeconds = 0.25;
 
+/// Long enough that holding still costs nothing.
+constexpr double holdSeconds = 60;
+
+/// Goes to a tilt and stays there, whatever else sways.
+Action heldTilt(double angle, Duration duration, Easing easing) {
+  return Action::sequence({Action::rotateTo(angle, duration, easing),
+                           Action::repeatForever(Action::rotateTo(angle, seconds(holdSeconds)))});
+}
+
+/// Goes to a height and stays there, though the pet breathes.
+Action heldSquash(double scale, Duration duration) {
+  return Action::sequence({Action::scaleYTo(scale, duration),
+                           Action::repeatForever(Action::scaleYTo(scale, seconds(holdSeconds)))});
+}
+
 } // namespace
 
 void PetScene::setCarried(bool carried, double horizontalVelocity) {
@@ -73,8 +88,8 @@ void PetScene::carry(double tilt) {
   // The ways back from an earlier state end here, or they would pull against this one.
   m_lifeNode->removeAction(Keys::lifeUpright);
   m_breathNode->removeAction(Keys::lifeUnsquash);
-  m_lifeNode->run(Action::rotateTo(tilt, seconds(tiltSeconds)), Keys::lifeCarry);
-  m_breathNode->run(Action::scaleYTo(carriedSquash, seconds(tiltSeconds)), Keys::lifeCarrySquash);
+  m_lifeNode->run(heldTilt(tilt, seconds(tiltSeconds), Easing::linear), Keys::lifeCarry);
+  m_breathNode->run(heldSquash(carriedSquash, seconds(tiltSeconds)), Keys::lifeCarrySquash);
   if (!m_carriedActive) {
     m_carriedActive = true;
     static_cast<void>(playSemanticLoop(carriedHints()));
@@ -123,7 +138,7 @@ void PetScene::beginGait(double direction) {
 }
 
 void PetScene::walkWithoutFrames() {
-  m_lifeNode->run(Action::rotateTo(-m_facing * gaitLean, seconds(gaitLeanSeconds), Easing::easeOut),
+  m_lifeNode->run(heldTilt(-m_facing * gaitLean, seconds(gaitLeanSeconds), Easing::easeOut),
                   Keys::lifeGaitLean);
   dropGesture();
   m_lifeNode->run(Action::repeatForever(Action::sequence(

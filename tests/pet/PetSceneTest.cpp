@@ -1,9 +1,4 @@
-#include "pet/PetScene.h"
-
-#include "base/Diagnostics.h"
-#include "pet/PetFolder.h"
-#include "support/ManualClock.h"
-#include "support/MemorySettings.h"
+#include "pet/PetSceneFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -13,65 +8,15 @@ namespace morvo {
 namespace {
 
 using test::PetFolder;
+using PetSceneTest = test::PetSceneFixture;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 
-const QString pet = QStringLiteral("custom-1");
 const QString idle = QStringLiteral("idle");
 const QString sleep = QStringLiteral("sleep");
 const QString code = QStringLiteral("code");
 const QString celebrate = QStringLiteral("celebrate");
 const QString sleepy = QStringLiteral("sleepy");
-
-class PetSceneTest : public testing::Test {
-protected:
-  PetSceneTest() { m_sprites.setPersona(pet); }
-
-  void frames(const QString &state, int count, QSize size = {8, 8}) {
-    PetFolder::fill(m_folder.stateFolder(pet, state), count, size);
-  }
-  void present(const QByteArray &pack = {}) {
-    if (!pack.isEmpty()) {
-      m_folder.writePack(pet, pack);
-    }
-    m_scene.present();
-  }
-  void pass(double time) {
-    m_clock.advance(seconds(time));
-    m_scene.advance(m_clock.instant());
-  }
-  /// The frame set and number on the stage.
-  [[nodiscard]] QString shown() const {
-    return m_scene.pet()->texture()->path.section(u'/', -2).chopped(4);
-  }
-  [[nodiscard]] bool runs(const Node &node, const QString &key) const {
-    return node.actionForKey(key).has_value();
-  }
-  /// How long a whole round of the resting frames takes.
-  [[nodiscard]] std::optional<Duration> frameTime() const { return m_scene.frameInterval(); }
-  [[nodiscard]] double highest(double overSeconds) {
-    return extreme(overSeconds, [this] { return m_scene.breathNode().yScale(); });
-  }
-  template <typename Value> double extreme(double overSeconds, const Value &value) {
-    double most = value();
-    for (double time = 0; time < overSeconds; time += 0.01) {
-      pass(0.01);
-      most = std::max(most, value());
-    }
-    return most;
-  }
-
-  PetFolder m_folder;
-  test::ManualClock m_clock;
-  test::MemorySettings m_settings;
-  Setting m_setting{m_settings, Environment()};
-  SeededRandomSource m_random{1};
-  MorvoSprites m_sprites{m_folder.files()};
-  QStringList m_lines;
-  Diagnostics::Capture m_capture{[this](const QString &line) { m_lines.append(line); }};
-  PetScene m_scene{{200, 200}, m_folder.files(), m_sprites, m_setting, m_clock, m_random};
-};
 
 TEST_F(PetSceneTest, thePetStandsOnItsFeetInItsPlace) {
   frames(idle, 2, {100, 50});
