@@ -189,11 +189,11 @@ public:
   /// The only way a proactive line reaches the bubble and the voice.
   void say(const QString &text);
   /// Sets the bubble's text without a voice, as a plain answer to something the user did.
-  void setReply(const QString &text) { m_reply = text; }
+  void setReply(const QString &text) override { m_reply = text; }
   /// Restarts the bubble's clear timer.
   void scheduleBubbleClear();
   /// Runs a catalogue action; says so in the bubble and gives false when it has no frames.
-  bool playPetAction(const QString &action);
+  bool playPetAction(const QString &action) override;
   /// Runs the first of the preferred actions that has frames, else any that is not idle.
   bool playPetAction(const QStringList &prefer);
   /// Re-derives the mood from the needs.
@@ -204,6 +204,9 @@ public:
   void feed() override;
   void playRandomPetAction() override;
   void setPetScale(double scale) override;
+  [[nodiscard]] std::vector<PetChoice> petChoices() const override;
+  void choosePet(const QString &id) override;
+  void quitApp() override;
   void setPetOpacity(double opacity);
   void setPersona(const MorvoPersona &persona);
 

@@ -6,6 +6,8 @@
 #include "platform/SettingKeys.h"
 #include "voice/VoiceProfileStore.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <ranges>
 
@@ -147,6 +149,24 @@ void PetStore::setPetOpacity(double opacity) {
   m_parts.setting.store().set(SettingKeys::petOpacity, clamped);
   m_petOpacity = clamped;
 }
+
+std::vector<PetChoice> PetStore::petChoices() const {
+  std::vector<PetChoice> choices;
+  const auto add = [&](const MorvoPersona &persona) {
+    choices.push_back({persona.id, persona.name, persona.id == m_persona.value().id});
+  };
+  std::ranges::for_each(Personas::presets(), add);
+  std::ranges::for_each(Personas::customs(m_parts.setting.store()), add);
+  return choices;
+}
+
+void PetStore::choosePet(const QString &id) {
+  if (const auto persona = Personas::find(m_parts.setting.store(), id)) {
+    setPersona(*persona);
+  }
+}
+
+void PetStore::quitApp() { QCoreApplication::quit(); }
 
 void PetStore::setPersona(const MorvoPersona &persona) {
   m_persona = persona;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace morvo::PanelGeometry {
 namespace {
@@ -12,7 +13,11 @@ constexpr int sideWithoutScale = 280;
 constexpr int sideMargin = 32;
 constexpr int rightGap = 16;
 constexpr int bottomGap = 70;
-constexpr int keepVisible = 48;
+
+/// The coordinate taken into the range, or left alone where there is none.
+int within(int coordinate, int lower, int upper) {
+  return lower > upper ? coordinate : std::clamp(coordinate, lower, upper);
+}
 
 } // namespace
 
@@ -37,11 +42,32 @@ QRect resized(const QRect &panel, QSize size) {
   return {{right - size.width(), bottom - size.height()}, size};
 }
 
+QPoint recoveredOrigin(const QRect &panel, const QRect &workArea, int keepVisible) {
+  return {within(panel.x(), workArea.x() + keepVisible - panel.width(),
+                 workArea.x() + workArea.width() - keepVisible),
+          within(panel.y(), workArea.y() + keepVisible - panel.height(),
+                 workArea.y() + workArea.height() - keepVisible)};
+}
+
+std::optional<std::size_t> screenOf(const QRect &panel, std::span<const QRect> frames) {
+  std::optional<std::size_t> best;
+  std::int64_t most = 0;
+  for (std::size_t index = 0; index < frames.size(); ++index) {
+    const QRect seen = panel & frames[index];
+    const std::int64_t area = seen.isEmpty() ? 0 : std::int64_t{seen.width()} * seen.height();
+    if (area > most) {
+      most = area;
+      best = index;
+    }
+  }
+  return best;
+}
+
 bool isReachable(const QRect &panel, std::span<const QRect> workAreas) {
   return std::ranges::any_of(workAreas, [&panel](const QRect &area) {
     const QRect seen = panel & area;
-    return seen.width() >= std::min(keepVisible, panel.width()) &&
-           seen.height() >= std::min(keepVisible, panel.height());
+    return seen.width() >= std::min(standardKeepVisible, panel.width()) &&
+           seen.height() >= std::min(standardKeepVisible, panel.height());
   });
 }
 

@@ -13,6 +13,8 @@ namespace morvo::PanelGeometry {
 
 /// Height above the sprite that is kept free for the speech bubble.
 inline constexpr int bubbleArea = 130;
+/// As much of the panel as a person can see and take hold of.
+inline constexpr int standardKeepVisible = 48;
 
 /// Side of the square in which the sprite is shown; of the standard size without a scale.
 [[nodiscard]] int spriteSide(std::optional<double> scale);
@@ -22,6 +24,14 @@ inline constexpr int bubbleArea = 130;
 [[nodiscard]] QRect defaultPlace(QSize panel, const QRect &workArea);
 /// The window at a new size: its right and bottom edges stay where they are.
 [[nodiscard]] QRect resized(const QRect &panel, QSize size);
+/// Where the panel belongs so that at least `keepVisible` of it lies on the work area; an axis on
+/// which the panel is too small for that stays as it is.
+[[nodiscard]] QPoint recoveredOrigin(const QRect &panel, const QRect &workArea,
+                                     int keepVisible = standardKeepVisible);
+/// The monitor on which most of the panel lies, as an index into `frames`; nothing when it lies on
+/// none.
+[[nodiscard]] std::optional<std::size_t> screenOf(const QRect &panel,
+                                                  std::span<const QRect> frames);
 /// Whether enough of the panel lies on one of the work areas to be seen and taken hold of.
 [[nodiscard]] bool isReachable(const QRect &panel, std::span<const QRect> workAreas);
 

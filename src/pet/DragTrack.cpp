@@ -1,0 +1,40 @@
+#include "pet/DragTrack.h"
+
+#include <cmath>
+
+namespace morvo {
+namespace {
+
+/// Moving further than this with the button down is no click.
+constexpr double clickReach = 3;
+constexpr DragTrack::Time frameTime{16};
+/// Pixels a second for each pixel of the last way.
+constexpr double framesPerSecond = 55;
+/// A last way above this throws.
+constexpr double throwingWay = 9;
+
+double length(QPointF way) { return std::hypot(way.x(), way.y()); }
+
+} // namespace
+
+DragTrack::DragTrack(QPointF pointer, QPoint window, Time at)
+    : m_pressedAt(pointer), m_windowAt(window), m_samples{{pointer, at}} {}
+
+void DragTrack::move(QPointF pointer, Time at) {
+  while (m_samples.size() > 1 && at - m_samples[1].at >= frameTime) {
+    m_samples.pop_front();
+  }
+  m_lastWay = pointer - m_samples.front().pointer;
+  m_samples.push_back({pointer, at});
+  m_moved = m_moved || length(pointer - m_pressedAt) > clickReach;
+}
+
+QPoint DragTrack::windowOrigin() const {
+  return (QPointF(m_windowAt) + pointer() - m_pressedAt).toPoint();
+}
+
+QPointF DragTrack::velocity() const { return m_lastWay * framesPerSecond; }
+
+bool DragTrack::isThrow() const { return length(m_lastWay) > throwingWay; }
+
+} // namespace morvo
