@@ -21,6 +21,8 @@
 #include "platform/linux/X11Platform.h"
 #include "platform/linux/X11WindowSystem.h"
 #include "platform/qt/AppearancePalettes.h"
+#include "platform/qt/QtContextMenu.h"
+#include "platform/qt/QtScreens.h"
 #include "platform/qt/QtTrayIcon.h"
 #include "platform/qt/SettingsFile.h"
 
@@ -99,6 +101,8 @@ public:
         m_menubarFrames(m_files), m_pet({.files = m_files,
                                          .setting = m_setting,
                                          .windows = m_windows,
+                                         .screens = m_screens,
+                                         .menu = m_menu,
                                          .clock = m_clock,
                                          .scheduler = m_scheduler,
                                          .random = m_random}),
@@ -174,6 +178,8 @@ private:
   LinuxTrayPresence m_trayPresence;
   QtTrayIcon m_tray;
   X11WindowSystem m_windows;
+  QtScreens m_screens;
+  QtContextMenu m_menu;
   MenubarFrames m_menubarFrames;
   DesktopPetController m_pet;
   AppDelegate m_delegate;

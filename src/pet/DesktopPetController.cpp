@@ -5,12 +5,13 @@
 #include "pet/PanelGeometry.h"
 #include "pet/PetPalette.h"
 #include "platform/Appearance.h"
+#include "platform/SettingKeys.h"
 
 #include <QGuiApplication>
 #include <QPalette>
-#include <QScreen>
 
 #include <algorithm>
+#include <iterator>
 
 namespace morvo {
 namespace {
@@ -18,6 +19,10 @@ namespace {
 constexpr QSizeF desktopStage(200, 200);
 constexpr QSizeF popoverStage(180, 180);
 constexpr double faintestSprite = 0.15;
+/// Growth for each pixel of scrolling.
+constexpr double scalePerPixel = 0.003;
+/// A change of mode is visible at once.
+constexpr Duration decisionAfterMode = std::chrono::seconds(1);
 
 bool isDark(const Setting &setting) {
   switch (AppearanceController::wanted(setting)) {
@@ -43,24 +48,34 @@ QString described(const QRect &frame) {
 } // namespace
 
 DesktopPetController::DesktopPetController(const Ground &ground)
-    : m_setting(ground.setting), m_windows(&ground.windows), m_clock(&ground.clock),
-      m_scheduler(&ground.scheduler), m_sprites(ground.files),
+    : m_setting(ground.setting), m_windows(&ground.windows), m_screens(&ground.screens),
+      m_menu(&ground.menu), m_clock(&ground.clock), m_scheduler(&ground.scheduler),
+      m_random(&ground.random), m_sprites(ground.files),
       m_scene(desktopStage, ground.files, m_sprites, ground.setting, ground.clock, ground.random),
       m_popoverScene(popoverStage, ground.files, m_sprites, ground.setting, ground.clock,
                      ground.random),
+      m_menuHandler({.behaviorMode = [this] { return behaviorMode(); },
+                     .setBehaviorMode = [this](PetBehaviorMode mode) { setBehaviorMode(mode); },
+                     .catalogActions = [this] { return catalogActions(); },
+                     .stroll = [this] { strollRandom(); },
+                     .comeHere = [this] { comeHere(); },
+                     .hide = [this] { hide(); }}),
       m_scale(ground.setting.petScale()), m_opacity(ground.setting.petOpacity()) {
-  for (QScreen *screen : QGuiApplication::screens()) {
-    watchScreen(screen);
-  }
-  QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &m_context,
-                   [this](QScreen *screen) { watchScreen(screen); });
-  // Queued: the screen that goes is still listed while the signal is sent.
-  QObject::connect(
-      qGuiApp, &QGuiApplication::screenRemoved, &m_context, [this] { recoverIfUnreachable(); },
-      Qt::QueuedConnection);
+  m_scene.setStrollHandler([this] { strollRandom(); });
+  m_screens->onChanged([this] { recoverIfUnreachable(); });
 }
 
-DesktopPetController::~DesktopPetController() { hide(); }
+DesktopPetController::~DesktopPetController() {
+  m_screens->onChanged({});
+  m_menu->close();
+  hide();
+}
+
+void DesktopPetController::setInteractions(PetInteractions *interactions) {
+  // The entries of an open menu refer to the one before.
+  m_menu->close();
+  m_interactions = interactions;
+}
 
 void DesktopPetController::RetireLater::operator()(DesktopPetWindow *window) const {
   window->retire();
@@ -138,9 +153,10 @@ void DesktopPetController::refreshLook() {
 void DesktopPetController::setScale(double scale) {
   m_scale = scale;
   if (m_window) {
-    m_window->resizeTo(
-        PanelGeometry::resized(m_window->geometry(), PanelGeometry::panelSize(m_scale)),
-        PanelGeometry::spriteSide(m_scale));
+    const QRect place =
+        PanelGeometry::resized(m_motion->panel(), PanelGeometry::panelSize(m_scale));
+    m_window->resizeTo(place, PanelGeometry::spriteSide(m_scale));
+    m_motion->windowPlaced(place);
   }
 }
 
@@ -163,12 +179,13 @@ void DesktopPetController::show() {
   }
   catchUp();
   m_scene.present();
-  m_window.reset(
-      new DesktopPetWindow({m_scene, *m_windows, *m_clock, *m_scheduler}, [this] { tapped(); }));
+  m_window.reset(new DesktopPetWindow({m_scene, *m_windows, *m_clock, *m_scheduler}, *this));
   setOpacity(m_opacity);
   refreshLook();
   const QRect place = defaultPlace(PanelGeometry::panelSize(m_scale));
   m_window->showAt(place, PanelGeometry::spriteSide(m_scale));
+  m_motion.emplace(
+      PetMotion::Ground{*m_window, m_scene, *m_screens, *m_clock, *m_scheduler, *m_random});
   tell(QStringLiteral("shown at %1 win=%2").arg(described(place)).arg(m_window->winId()));
 }
 
@@ -182,11 +199,75 @@ void DesktopPetController::tell(const QString &text) const {
   }
 }
 
-void DesktopPetController::hide() { m_window.reset(); }
+void DesktopPetController::hide() {
+  m_motion.reset();
+  m_window.reset();
+}
 
-void DesktopPetController::tapped() {
+void DesktopPetController::throwPet(QPointF velocity) {
+  if (m_motion) {
+    m_motion->throwPet(velocity);
+  }
+}
+
+void DesktopPetController::strollRandom() {
+  if (m_motion) {
+    m_motion->strollRandom();
+  }
+}
+
+void DesktopPetController::comeHere() {
+  if (m_motion) {
+    m_motion->comeHere();
+  }
+}
+
+void DesktopPetController::recoverIfOffscreen() {
+  if (m_motion) {
+    m_motion->recoverIfOffscreen();
+  }
+}
+
+void DesktopPetController::setBehaviorMode(PetBehaviorMode mode) {
+  m_setting.store().set(SettingKeys::behaviorMode, rawValue(mode));
+  if (mode == PetBehaviorMode::rest && m_motion) {
+    m_motion->cancelStroll();
+  }
+  catchUp();
+  m_scene.scheduleDirector(decisionAfterMode);
+  m_popoverScene.scheduleDirector(decisionAfterMode);
+  if (m_window) {
+    m_window->wake();
+  }
+}
+
+PetBehaviorMode DesktopPetController::behaviorMode() const {
+  return petBehaviorMode(m_setting.str(SettingKeys::behaviorMode, {}));
+}
+
+void DesktopPetController::showContextMenu(QPoint at) {
+  if (m_interactions != nullptr) {
+    m_menu->popUp(m_menuHandler.entries(*m_interactions), at);
+  }
+}
+
+void DesktopPetController::pressed() { m_motion->pickUp(); }
+
+void DesktopPetController::dragged(const DragTrack &track) { m_motion->carry(track); }
+
+void DesktopPetController::released(const DragTrack &track) { m_motion->letGo(track); }
+
+void DesktopPetController::clicked() {
   if (m_interactions != nullptr) {
     m_interactions->petTapped();
+  }
+}
+
+void DesktopPetController::menuRequested(QPoint at) { showContextMenu(at); }
+
+void DesktopPetController::scrolled(double pixels) {
+  if (m_interactions != nullptr) {
+    m_interactions->setPetScale(pixels * scalePerPixel + m_interactions->petScale());
   }
 }
 
@@ -197,29 +278,26 @@ void DesktopPetController::catchUp() {
 }
 
 void DesktopPetController::recoverIfUnreachable() {
-  if (!m_window) {
+  if (!m_motion || m_motion->isCarried()) {
+    // A hand brings it back when it lets go.
     return;
   }
+  const auto areas = m_screens->areas();
   std::vector<QRect> workAreas;
-  for (const QScreen *screen : QGuiApplication::screens()) {
-    workAreas.push_back(screen->availableGeometry());
-  }
-  if (!workAreas.empty() && !PanelGeometry::isReachable(m_window->geometry(), workAreas)) {
-    m_window->setPosition(defaultPlace(m_window->size()).topLeft());
+  std::ranges::transform(areas, std::back_inserter(workAreas), &Screens::Area::workArea);
+  if (!workAreas.empty() && !PanelGeometry::isReachable(m_motion->panel(), workAreas)) {
+    m_motion->place(defaultPlace(m_window->size()).topLeft());
   }
 }
 
-void DesktopPetController::watchScreen(QScreen *screen) {
-  QObject::connect(screen, &QScreen::availableGeometryChanged, &m_context,
-                   [this] { recoverIfUnreachable(); });
-}
-
-QRect DesktopPetController::defaultPlace(QSize size) {
-  const auto screens = QGuiApplication::screens();
+QRect DesktopPetController::defaultPlace(QSize size) const {
+  const auto areas = m_screens->areas();
   const auto atOrigin = std::ranges::find_if(
-      screens, [](const QScreen *screen) { return screen->geometry().topLeft().isNull(); });
-  const QScreen *screen = atOrigin != screens.end() ? *atOrigin : QGuiApplication::primaryScreen();
-  return PanelGeometry::defaultPlace(size, screen ? screen->availableGeometry() : QRect());
+      areas, [](const Screens::Area &area) { return area.frame.topLeft().isNull(); });
+  if (atOrigin != areas.end()) {
+    return PanelGeometry::defaultPlace(size, atOrigin->workArea);
+  }
+  return PanelGeometry::defaultPlace(size, areas.empty() ? QRect() : areas.front().workArea);
 }
 
 BubbleLook DesktopPetController::bubbleLook() const {

@@ -20,8 +20,9 @@ constexpr Duration fadeStep = std::chrono::nanoseconds(std::chrono::seconds(1)) 
 /// Orders that follow each other faster share a picture: the eye sees no more, and a burst of
 /// events must not wait for a drawing each.
 constexpr Duration leastBetweenOrders = fadeStep;
-/// Moving further than this with the button down is no click.
-constexpr double clickReach = 3;
+/// A notch of the wheel turns by this much, and scrolls by as much as three lines of text.
+constexpr double angleOfNotch = 120;
+constexpr double pixelsOfNotch = 40;
 /// A pixel of the full pet that is fainter than this is only its glow.
 constexpr double inkAlpha = 110;
 /// Taking clicks needs no finer outline than this, nor a fresher one.
@@ -38,11 +39,14 @@ QSurfaceFormat transparentFormat() {
   return format;
 }
 
+DragTrack::Time timeOf(const QMouseEvent &event) {
+  return std::chrono::milliseconds(event.timestamp());
+}
+
 } // namespace
 
-DesktopPetWindow::DesktopPetWindow(const Ground &ground, std::function<void()> onClick)
-    : m_ground(ground), m_onClick(std::move(onClick)), m_store(this),
-      m_drawnRevision(nothingDrawn) {
+DesktopPetWindow::DesktopPetWindow(const Ground &ground, PetTouch &touch)
+    : m_ground(ground), m_touch(&touch), m_store(this), m_drawnRevision(nothingDrawn) {
   setSurfaceType(QSurface::RasterSurface);
   setFormat(transparentFormat());
   setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
@@ -79,6 +83,7 @@ void DesktopPetWindow::retire() {
     return;
   }
   m_retired = true;
+  m_drag.reset();
   m_timer.cancel();
   m_ground.windows.onCompositingChanged({});
   hide();
@@ -265,29 +270,54 @@ void DesktopPetWindow::compositingChanged() {
 }
 
 void DesktopPetWindow::mousePressEvent(QMouseEvent *event) {
+  if (m_retired) {
+    return;
+  }
   if (event->button() == Qt::LeftButton) {
-    m_pressedAt = event->globalPosition();
-    m_moved = false;
+    m_touch->pressed();
+    m_drag.emplace(event->globalPosition(), position(), timeOf(*event));
+  } else if (event->button() == Qt::RightButton) {
+    m_touch->menuRequested(event->globalPosition().toPoint());
   }
 }
 
 void DesktopPetWindow::mouseMoveEvent(QMouseEvent *event) {
-  if (m_pressedAt) {
-    const QPointF way = event->globalPosition() - *m_pressedAt;
-    m_moved = m_moved || std::hypot(way.x(), way.y()) > clickReach;
+  if (m_retired || !m_drag) {
+    return;
   }
+  if (!event->buttons().testFlag(Qt::LeftButton)) {
+    // Somebody else got the release, as a screen lock does.
+    endDrag();
+    return;
+  }
+  m_drag->move(event->globalPosition(), timeOf(*event));
+  m_touch->dragged(*m_drag);
 }
 
 void DesktopPetWindow::mouseReleaseEvent(QMouseEvent *event) {
-  if (event->button() != Qt::LeftButton || !m_pressedAt) {
+  if (m_retired || event->button() != Qt::LeftButton || !m_drag) {
     return;
   }
-  mouseMoveEvent(event);
-  m_pressedAt.reset();
-  if (!m_moved && !m_retired && m_onClick) {
-    // The handler may take this window away, and the function with it.
-    const auto onClick = m_onClick;
-    onClick();
+  if (event->globalPosition() != m_drag->pointer()) {
+    m_drag->move(event->globalPosition(), timeOf(*event));
+    m_touch->dragged(*m_drag);
+  }
+  endDrag();
+}
+
+void DesktopPetWindow::endDrag() {
+  const auto drag = std::exchange(m_drag, std::nullopt);
+  if (drag && drag->hasMoved()) {
+    m_touch->released(*drag);
+  } else if (drag) {
+    m_touch->clicked();
+  }
+}
+
+void DesktopPetWindow::wheelEvent(QWheelEvent *event) {
+  const double pixels = event->angleDelta().y() * pixelsOfNotch / angleOfNotch;
+  if (!m_retired && pixels != 0) {
+    m_touch->scrolled(pixels);
   }
 }
 

@@ -3,7 +3,9 @@
 #include "base/Clock.h"
 #include "base/Scheduler.h"
 #include "pet/BubbleFade.h"
+#include "pet/DragTrack.h"
 #include "pet/PetScene.h"
+#include "pet/PetTouch.h"
 #include "pet/ScenePainter.h"
 #include "platform/WindowSystem.h"
 
@@ -29,7 +31,8 @@ public:
     Scheduler &scheduler;
   };
 
-  DesktopPetWindow(const Ground &ground, std::function<void()> onClick);
+  /// `touch` is told of what hands do, until the window retires.
+  DesktopPetWindow(const Ground &ground, PetTouch &touch);
   DesktopPetWindow(const DesktopPetWindow &) = delete;
   DesktopPetWindow &operator=(const DesktopPetWindow &) = delete;
   ~DesktopPetWindow() override;
@@ -60,6 +63,7 @@ protected:
   void mousePressEvent(QMouseEvent *event) override;
   void mouseMoveEvent(QMouseEvent *event) override;
   void mouseReleaseEvent(QMouseEvent *event) override;
+  void wheelEvent(QWheelEvent *event) override;
 
 private:
   void tick();
@@ -68,10 +72,11 @@ private:
   void layBubble(bool newWords);
   void updateRegions(bool whole);
   void compositingChanged();
+  void endDrag();
   [[nodiscard]] const QImage *canvas();
 
   Ground m_ground;
-  std::function<void()> m_onClick;
+  PetTouch *m_touch;
   QBackingStore m_store;
   ScenePainter m_painter;
   BubbleFade m_bubble;
@@ -88,9 +93,8 @@ private:
   Instant m_regionsAt;
   QRegion m_inputRegion;
   std::optional<QRegion> m_shape;
-  std::optional<QPointF> m_pressedAt;
-  /// The press has become a drag; it stays one, also when it comes back.
-  bool m_moved = false;
+  /// While the left button is down.
+  std::optional<DragTrack> m_drag;
   bool m_retired = false;
 };
 

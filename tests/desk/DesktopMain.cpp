@@ -1,6 +1,6 @@
 #include "RealDesktop.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <gmock/gmock.h>
 
@@ -34,6 +34,6 @@ int main(int argc, char **argv) {
   }
   morvo::test::RealDesktop::desktop = &desktop;
   qputenv("QT_QPA_PLATFORM", "xcb");
-  const QGuiApplication application(argc, argv);
+  const QApplication application(argc, argv);
   return RUN_ALL_TESTS();
 }

@@ -2,16 +2,12 @@
 #include "base/Diagnostics.h"
 #include "platform/SettingKeys.h"
 
-#include <QGuiApplication>
 #include <QPointer>
-#include <QScreen>
 
 namespace morvo {
 namespace {
 
 using DesktopPetControllerTest = test::PetDesk;
-
-QRect workArea() { return QGuiApplication::primaryScreen()->availableGeometry(); }
 
 TEST_F(DesktopPetControllerTest, DoesNotShowItselfToNobody) {
   m_controller->setInteractions(nullptr);
@@ -24,8 +20,10 @@ TEST_F(DesktopPetControllerTest, ShowsThePetAtItsDefaultPlaceInItsStoredSize) {
   restart({});
   const QRect place = shown().geometry();
   EXPECT_EQ(place.size(), QSize(232, 330));
-  EXPECT_EQ(place.x() + place.width(), workArea().x() + workArea().width() - 16);
-  EXPECT_EQ(place.y() + place.height(), workArea().y() + workArea().height() - 70);
+  EXPECT_EQ(place.x() + place.width(),
+            m_screens.workArea().x() + m_screens.workArea().width() - 16);
+  EXPECT_EQ(place.y() + place.height(),
+            m_screens.workArea().y() + m_screens.workArea().height() - 70);
 }
 
 TEST_F(DesktopPetControllerTest, ShowingAgainLeavesTheWindowAlone) {
@@ -117,19 +115,40 @@ TEST_F(DesktopPetControllerTest, WordsToldWhileHiddenStandWhenThePetIsShown) {
   EXPECT_EQ(shown().bubbleText(), QStringLiteral("你好"));
 }
 
-TEST_F(DesktopPetControllerTest, APetLeftOffEveryScreenComesBack) {
+TEST_F(DesktopPetControllerTest, APetWhoseMonitorIsTakenAwayComesBackToTheDefaultPlace) {
+  const auto one = m_screens.areas();
+  auto two = one;
+  two.push_back({{1280, 0, 1920, 1080}, {1280, 0, 1920, 1080}});
+  m_screens.change(two);
   DesktopPetWindow &window = shown();
   const QPoint place = window.position();
-  window.setPosition(workArea().right() + 3000, 100);
-  Q_EMIT QGuiApplication::primaryScreen()->availableGeometryChanged(workArea());
+  window.setPosition(2500, 400);
+  m_screens.change(two);
+  EXPECT_EQ(window.position(), QPoint(2500, 400));
+  m_screens.change(one);
+  EXPECT_EQ(window.position(), place);
+}
+
+TEST_F(DesktopPetControllerTest, WhileNoMonitorIsThereThePetStaysForTheNext) {
+  DesktopPetWindow &window = shown();
+  const QPoint place = window.position();
+  const auto areas = m_screens.areas();
+  m_screens.change({});
+  m_controller->throwPet({5000, -5000});
+  m_scheduler.advance(seconds(1));
+  m_controller->strollRandom();
+  m_controller->recoverIfOffscreen();
+  EXPECT_FALSE(m_controller->motion()->isFlying());
+  EXPECT_FALSE(m_controller->scene().isTossed());
+  m_screens.change(areas);
   EXPECT_EQ(window.position(), place);
 }
 
 TEST_F(DesktopPetControllerTest, APetWithinReachStaysWhereThePersonPutIt) {
   DesktopPetWindow &window = shown();
-  window.setPosition(workArea().right() - 60, 100);
+  window.setPosition(m_screens.workArea().right() - 60, 100);
   const QPoint place = window.position();
-  Q_EMIT QGuiApplication::primaryScreen()->availableGeometryChanged(workArea());
+  m_screens.change(m_screens.areas());
   EXPECT_EQ(window.position(), place);
 }
 

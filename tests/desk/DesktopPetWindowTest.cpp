@@ -1,22 +1,16 @@
 #include "PetDesk.h"
 #include "pet/PanelGeometry.h"
 
-#include <QMouseEvent>
-
 namespace morvo {
 namespace {
 
 class DesktopPetWindowTest : public test::PetDesk {
 protected:
-  static void mouse(DesktopPetWindow &window, QEvent::Type type, Qt::MouseButton button,
-                    QPointF place) {
-    QMouseEvent event(type, place, window.position() + place, button, button, Qt::NoModifier);
-    QCoreApplication::sendEvent(&window, &event);
-  }
   static void click(DesktopPetWindow &window, QPointF from, QPointF to,
                     Qt::MouseButton button = Qt::LeftButton) {
-    mouse(window, QEvent::MouseButtonPress, button, from);
-    mouse(window, QEvent::MouseButtonRelease, button, to);
+    const QPointF corner = window.position();
+    mouse(window, QEvent::MouseButtonPress, corner + from, 0, button);
+    mouse(window, QEvent::MouseButtonRelease, corner + to, 0, button);
   }
 };
 
@@ -195,17 +189,18 @@ TEST_F(DesktopPetWindowTest, AMoveOfThreePointsIsStillAClickAndAnyMoreIsNone) {
 
 TEST_F(DesktopPetWindowTest, ADragThatComesBackToItsBeginningIsNoClick) {
   DesktopPetWindow &window = shown();
-  mouse(window, QEvent::MouseButtonPress, Qt::LeftButton, {150, 300});
-  mouse(window, QEvent::MouseMove, Qt::LeftButton, {190, 300});
-  mouse(window, QEvent::MouseMove, Qt::LeftButton, {150, 300});
-  mouse(window, QEvent::MouseButtonRelease, Qt::LeftButton, {150, 300});
+  const QPointF at = window.position() + QPoint(150, 300);
+  mouse(window, QEvent::MouseButtonPress, at);
+  mouse(window, QEvent::MouseMove, at + QPointF(40, 0));
+  mouse(window, QEvent::MouseMove, at);
+  mouse(window, QEvent::MouseButtonRelease, at);
   EXPECT_EQ(m_interactions.taps, 0);
 }
 
 TEST_F(DesktopPetWindowTest, OtherButtonsAndALonelyReleaseAreNoClick) {
   DesktopPetWindow &window = shown();
   click(window, {150, 300}, {150, 300}, Qt::RightButton);
-  mouse(window, QEvent::MouseButtonRelease, Qt::LeftButton, {150, 300});
+  mouse(window, QEvent::MouseButtonRelease, window.position() + QPoint(150, 300));
   EXPECT_EQ(m_interactions.taps, 0);
 }
 

@@ -4,6 +4,8 @@
 #include "base/QtScheduler.h"
 #include "pet/DesktopPetController.h"
 #include "platform/linux/X11WindowSystem.h"
+#include "platform/qt/QtContextMenu.h"
+#include "platform/qt/QtScreens.h"
 #include "support/MemorySettings.h"
 
 #include <QDir>
@@ -84,6 +86,8 @@ protected:
   }
 
   X11WindowSystem m_windows;
+  QtScreens m_screens;
+  QtContextMenu m_menu;
   test::WindowBelow m_below{paper};
   test::MemorySettings m_settings;
   SystemClock m_clock;
@@ -95,6 +99,8 @@ protected:
       {{HomeFolder{m_home.path()}, QStringLiteral(MORVO_PET_RESOURCES)},
        Setting(m_settings, Environment({{QStringLiteral("MORVO_DEBUG"), QStringLiteral("1")}})),
        m_windows,
+       m_screens,
+       m_menu,
        m_clock,
        m_scheduler,
        m_random}};

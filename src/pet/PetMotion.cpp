@@ -1,0 +1,174 @@
+#include "pet/PetMotion.h"
+
+#include "pet/PanelGeometry.h"
+#include "pet/PetFlight.h"
+#include "pet/PetStroll.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace morvo {
+
+PetMotion::PetMotion(const Ground &ground) : m_ground(ground), m_origin(ground.window.position()) {}
+
+PetMotion::~PetMotion() {
+  endCarrying();
+  endFlight();
+  cancelStroll();
+}
+
+void PetMotion::pickUp() {
+  endFlight();
+  cancelStroll();
+}
+
+QRect PetMotion::panel() const {
+  return {isMoving() ? m_origin : m_ground.window.position(), m_ground.window.size()};
+}
+
+void PetMotion::carry(const DragTrack &track) {
+  moveTo(track.windowOrigin());
+  if (track.hasMoved()) {
+    m_isCarried = true;
+    m_ground.scene.setCarried(true, track.velocity().x());
+    m_ground.window.wake();
+  }
+}
+
+void PetMotion::letGo(const DragTrack &track) {
+  endCarrying();
+  if (track.isThrow()) {
+    throwPet(track.velocity());
+  } else {
+    recoverIfOffscreen();
+  }
+}
+
+void PetMotion::endCarrying() {
+  if (m_isCarried) {
+    m_isCarried = false;
+    m_ground.scene.setCarried(false, 0);
+    m_ground.window.wake();
+  }
+}
+
+void PetMotion::throwPet(QPointF velocity) {
+  if (!PetFlight::isThrow(velocity)) {
+    return;
+  }
+  cancelStroll();
+  m_origin = panel().topLeft();
+  m_velocity = velocity;
+  m_ground.scene.setTossed(true);
+  m_ground.window.wake();
+  m_flight = m_ground.scheduler.every(PetFlight::stepTime, [this] { flyOn(); });
+}
+
+void PetMotion::flyOn() {
+  const auto area = workArea();
+  if (!area) {
+    endFlight();
+    return;
+  }
+  const PetFlight::Step step = PetFlight::physicsStep(panel(), m_velocity, *area);
+  m_velocity = step.velocity;
+  moveTo(step.origin);
+  if (step.isAtRest) {
+    endFlight();
+  }
+}
+
+void PetMotion::endFlight() {
+  if (m_flight.isActive()) {
+    m_flight.cancel();
+    m_ground.scene.setTossed(false);
+    m_ground.window.wake();
+  }
+}
+
+void PetMotion::strollRandom() {
+  const auto area = workArea();
+  if (!area || isMoving()) {
+    return;
+  }
+  if (const auto distance = PetStroll::distance(panel(), *area, m_ground.random)) {
+    stroll(*distance, PetStroll::speed);
+  }
+}
+
+void PetMotion::stroll(double distance, double speed) {
+  if (isMoving() || !PetStroll::isWalk(distance)) {
+    return;
+  }
+  m_origin = m_ground.window.position();
+  m_ground.scene.beginGait(distance);
+  m_ground.window.wake();
+  m_walk = Walk{.startX = static_cast<double>(m_origin.x()),
+                .distance = distance,
+                .start = m_ground.clock.instant(),
+                .duration = PetStroll::duration(distance, speed),
+                .timer = m_ground.scheduler.every(PetStroll::stepTime, [this] { walkOn(); })};
+}
+
+void PetMotion::walkOn() {
+  const double t =
+      inSeconds(m_ground.clock.instant() - m_walk->start) / inSeconds(m_walk->duration);
+  moveTo({qRound(m_walk->startX + m_walk->distance * PetStroll::ease(t)), m_origin.y()});
+  if (t >= 1) {
+    cancelStroll();
+    recoverIfOffscreen();
+  }
+}
+
+void PetMotion::cancelStroll() {
+  if (m_walk) {
+    m_walk.reset();
+    m_ground.scene.endGait();
+    m_ground.window.wake();
+  }
+}
+
+void PetMotion::comeHere() {
+  cancelStroll();
+  const QRect at = panel();
+  stroll(m_ground.screens.pointer().x() - at.width() / 2.0 - at.x(), PetStroll::speedToPointer);
+}
+
+void PetMotion::place(QPoint origin) {
+  endCarrying();
+  endFlight();
+  cancelStroll();
+  moveTo(origin);
+}
+
+void PetMotion::recoverIfOffscreen() {
+  if (const auto area = workArea()) {
+    moveTo(PanelGeometry::recoveredOrigin(panel(), *area));
+  }
+}
+
+void PetMotion::windowPlaced(const QRect &panel) {
+  if (m_walk) {
+    m_walk->startX += panel.x() - m_origin.x();
+  }
+  m_origin = panel.topLeft();
+}
+
+void PetMotion::moveTo(QPoint origin) {
+  m_origin = origin;
+  if (m_ground.window.position() != origin) {
+    m_ground.window.setPosition(origin);
+  }
+}
+
+std::optional<QRect> PetMotion::workArea() const {
+  const auto areas = m_ground.screens.areas();
+  if (areas.empty()) {
+    return std::nullopt;
+  }
+  std::vector<QRect> frames;
+  std::ranges::transform(areas, std::back_inserter(frames), &Screens::Area::frame);
+  return areas[PanelGeometry::screenOf(panel(), frames).value_or(0)].workArea;
+}
+
+} // namespace morvo
