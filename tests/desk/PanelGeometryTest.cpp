@@ -61,5 +61,45 @@ TEST(PanelGeometryTest, IsReachableOnAnyOfTheMonitors) {
   EXPECT_FALSE(PanelGeometry::isReachable({100, 100, 312, 410}, {}));
 }
 
+struct RecoveryRow {
+  const char *name;
+  QRect panel;
+  QPoint origin;
+};
+
+class RecoveredOriginTest : public testing::TestWithParam<RecoveryRow> {};
+
+// On a work area from (0, 30) to (1280, 800).
+TEST_P(RecoveredOriginTest, KeepsFortyEightPointsOnTheWorkArea) {
+  EXPECT_EQ(PanelGeometry::recoveredOrigin(GetParam().panel, {0, 30, 1280, 770}),
+            GetParam().origin);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, RecoveredOriginTest,
+    testing::Values(RecoveryRow{"leavesThePetWhereItIsSeen", {500, 200, 312, 410}, {500, 200}},
+                    RecoveryRow{"leavesItHalfOutside", {1200, 600, 312, 410}, {1200, 600}},
+                    RecoveryRow{"fromTheLeft", {-300, 200, 312, 410}, {-264, 200}},
+                    RecoveryRow{"fromTheRight", {1270, 200, 312, 410}, {1232, 200}},
+                    RecoveryRow{"fromAbove", {500, -400, 312, 410}, {500, -332}},
+                    RecoveryRow{"fromBelow", {500, 790, 312, 410}, {500, 752}},
+                    RecoveryRow{"fromACorner", {-9000, 9000, 312, 410}, {-264, 752}},
+                    RecoveryRow{"notWithoutNeed", {-264, 752, 312, 410}, {-264, 752}}),
+    [](const auto &row) { return row.param.name; });
+
+TEST(PanelGeometryTest, AnAxisTooSmallForTheRecoveryStaysAsItIs) {
+  // 48 of a panel of 20 cannot be kept on an area of 60: the bounds cross.
+  EXPECT_EQ(PanelGeometry::recoveredOrigin({900, 900, 20, 20}, {0, 0, 60, 60}), QPoint(900, 900));
+  EXPECT_EQ(PanelGeometry::recoveredOrigin({900, 900, 20, 200}, {0, 0, 60, 600}), QPoint(900, 552));
+}
+
+TEST(PanelGeometryTest, StandsOnTheMonitorThatHoldsMostOfIt) {
+  const std::array frames{QRect(0, 0, 1280, 800), QRect(1280, 0, 1920, 1080)};
+  EXPECT_EQ(PanelGeometry::screenOf({1100, 100, 312, 410}, frames), 0U);
+  EXPECT_EQ(PanelGeometry::screenOf({1180, 100, 312, 410}, frames), 1U);
+  EXPECT_EQ(PanelGeometry::screenOf({-5000, 100, 312, 410}, frames), std::nullopt);
+  EXPECT_EQ(PanelGeometry::screenOf({0, 0, 312, 410}, {}), std::nullopt);
+}
+
 } // namespace
 } // namespace morvo

@@ -60,6 +60,10 @@ void X11WindowSystem::prepareOverlay(QWindow &window) {
     return;
   }
   const auto id = static_cast<xcb_window_t>(window.winId());
+  // A window manager puts a window that fills the screen above every window it manages, and holds
+  // those it manages on the screen. Qt's own flag for this would leave a Wayland window unshown.
+  constexpr std::uint32_t unmanaged = 1;
+  xcb_change_window_attributes(m_connection, id, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
   xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, id,
                       X11Atom::named(m_connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL,
                       bitsOfNumber, 1, &allWorkspaces);
