@@ -14,6 +14,9 @@ namespace morvo {
 namespace {
 
 constexpr auto framePeriod = std::chrono::milliseconds(110);
+/// How many ticks pass before a pet without frames is looked at again: its folders are not listed
+/// at the rate of the frames.
+constexpr int ticksBetweenLooks = 45;
 constexpr auto updateCheckDelay = std::chrono::milliseconds(1200);
 constexpr auto showPanelDelay = std::chrono::milliseconds(600);
 
@@ -142,11 +145,13 @@ void AppDelegate::loadFrames(const QString &personaId) {
   std::ranges::transform(m_frames, std::back_inserter(m_dottedFrames), MenubarIcon::overlayDot);
   m_iconPersonaId = personaId;
   m_frameIdx = 0;
+  m_ticksToLook = ticksBetweenLooks;
 }
 
 void AppDelegate::tickFrame() {
   const QString personaId = m_parts.personaInPlay();
-  if (m_frames.empty() || m_iconPersonaId != personaId) {
+  const bool isMissing = m_frames.empty() && --m_ticksToLook <= 0;
+  if (isMissing || m_iconPersonaId != personaId) {
     loadFrames(personaId);
   }
   const bool pending = m_store->pendingApproval().has_value();

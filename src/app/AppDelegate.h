@@ -88,6 +88,8 @@ private:
   std::array<QIcon, 2> m_titles;
   std::size_t m_frameIdx = 0;
   QString m_iconPersonaId;
+  /// Ticks until missing frames are looked for again.
+  int m_ticksToLook = 0;
   /// What the tray shows, so that a frame like the last one costs nothing.
   qint64 m_shownIcon = 0;
 };

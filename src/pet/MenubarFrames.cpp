@@ -18,6 +18,9 @@ constexpr int contentScanSide = 100;
 constexpr int gridCells = 13;
 /// Long sequences are thinned to about this many icons.
 constexpr qsizetype fewestThinned = 12;
+/// Frames are kept no larger than this while their cells are made; it is the side of the canvas on
+/// which pets are baked.
+constexpr int mostSide = 512;
 /// Air around the content, in fractions of the frame.
 constexpr double air = 0.06;
 
@@ -33,17 +36,30 @@ QRect cropOf(const QImage &image, const QRectF &bbox) {
       .intersected(image.rect());
 }
 
+/// A frame no larger than it takes to tell its cells; null when it is no sound picture.
+QImage decoded(const QString &file) {
+  // The probe also keeps from opening what is no regular file.
+  const QImage image = FrameFile::probe(file) ? FrameFile::decode(file) : QImage();
+  if (std::max(image.width(), image.height()) <= mostSide) {
+    return image;
+  }
+  return image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+      .scaled(mostSide, mostSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
 } // namespace
 
 MenubarFrames::MenubarFrames(PetFiles files) : m_files(std::move(files)) {}
 
 QStringList MenubarFrames::frameURLs(const QString &personaId) const {
-  for (const QString &folder : m_files.candidates(personaId, idleState)) {
-    if (const auto files = MorvoSprites::diskPNGs(folder)) {
-      return MorvoSprites::sortFrameURLs(*files);
-    }
+  if (const auto files = MorvoSprites::userPNGs(m_files, personaId, idleState)) {
+    return MorvoSprites::sortFrameURLs(*files);
   }
-  return {};
+  if (!PetFiles::isPlainName(personaId)) {
+    return {};
+  }
+  const QString builtIn = m_files.resourceDirectory(personaId) + u'/' + idleState;
+  return MorvoSprites::sortFrameURLs(MorvoSprites::diskPNGs(builtIn).value_or(QStringList()));
 }
 
 qsizetype MenubarFrames::step(qsizetype count) {
@@ -73,7 +89,8 @@ std::vector<QImage> MenubarFrames::cells(const QString &personaId) const {
   std::vector<QImage> images;
   std::optional<QRectF> bbox;
   for (qsizetype index = 0; index < files.size(); index += step(files.size())) {
-    QImage image = FrameFile::decode(files.at(index));
+    // One at a time: what is kept of each is small.
+    QImage image = decoded(files.at(index));
     if (!image.isNull()) {
       bbox = AlphaBounds::united(bbox, AlphaBounds::normalised(image, contentScanSide));
       images.push_back(std::move(image));
@@ -90,8 +107,7 @@ QString MenubarFrames::bakedFolder(const PetFiles &files, const QString &persona
 }
 
 std::vector<QImage> MenubarFrames::bakedCells(const QString &personaId) const {
-  const QStringList folders = m_files.candidates(personaId, idleState);
-  if (folders.isEmpty() || MorvoSprites::diskPNGs(folders.front())) {
+  if (!PetFiles::isPlainName(personaId) || MorvoSprites::userPNGs(m_files, personaId, idleState)) {
     return {};
   }
   const auto files = MorvoSprites::diskPNGs(bakedFolder(m_files, personaId));

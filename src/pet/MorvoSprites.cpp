@@ -88,24 +88,25 @@ std::optional<QStringList> MorvoSprites::diskPNGs(const QString &directory) {
   return files.isEmpty() ? std::nullopt : std::optional(files);
 }
 
-bool MorvoSprites::staysInPetFolder(const QString &path) const {
-  const QString folder = QFileInfo(diskDir({})).canonicalFilePath();
-  const QString real = QFileInfo(path).canonicalFilePath();
-  return !folder.isEmpty() && real.startsWith(folder + u'/');
+std::optional<QStringList> MorvoSprites::userPNGs(const PetFiles &files, const QString &personaId,
+                                                  const QString &state) {
+  const QString petFolder = files.userDirectory(personaId);
+  const QString folder = petFolder + u'/' + state;
+  if (!PetFiles::isPlainName(personaId) || !PetFiles::isPlainName(state) ||
+      !PetFiles::staysIn(petFolder, folder)) {
+    return std::nullopt;
+  }
+  auto found = diskPNGs(folder);
+  if (found) {
+    found->removeIf([&petFolder](const QString &file) {
+      return QFileInfo(file).isSymLink() && !PetFiles::staysIn(petFolder, file);
+    });
+  }
+  return found && !found->isEmpty() ? found : std::nullopt;
 }
 
 std::optional<QStringList> MorvoSprites::statePNGs(const QString &state) const {
-  if (!PetFiles::isPlainName(m_persona) || !PetFiles::isPlainName(state) ||
-      !staysInPetFolder(diskDir(state))) {
-    return std::nullopt;
-  }
-  auto files = diskPNGs(diskDir(state));
-  if (files) {
-    files->removeIf([this](const QString &file) {
-      return QFileInfo(file).isSymLink() && !staysInPetFolder(file);
-    });
-  }
-  return files && !files->isEmpty() ? files : std::nullopt;
+  return userPNGs(m_files, m_persona, state);
 }
 
 QStringList MorvoSprites::diskStates() const {

@@ -50,6 +50,10 @@ public:
   [[nodiscard]] QString diskDir(const QString &state) const;
   /// The entries with the extension "png"; nothing when there is none or the folder is unreadable.
   [[nodiscard]] static std::optional<QStringList> diskPNGs(const QString &directory);
+  /// The PNG files of a state in the user's folder of that pet; nothing when there is none. No link
+  /// leads out of the pet's folder.
+  [[nodiscard]] static std::optional<QStringList>
+  userPNGs(const PetFiles &files, const QString &personaId, const QString &state);
   /// The files of a state, in no order.
   [[nodiscard]] QStringList sequenceURLs(const QString &state) const;
   /// The one picture that serves a state without a folder.
@@ -60,7 +64,6 @@ public:
 private:
   [[nodiscard]] int countUpToTwo(const QString &state);
   [[nodiscard]] QStringList orderedFiles(const QString &state) const;
-  [[nodiscard]] bool staysInPetFolder(const QString &path) const;
   [[nodiscard]] std::optional<QStringList> statePNGs(const QString &state) const;
   [[nodiscard]] QRectF unionOfContents() const;
   [[nodiscard]] QStringList diskStates() const;

@@ -2,6 +2,8 @@
 
 #include "platform/MorvoHome.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace morvo {
@@ -24,6 +26,11 @@ QStringList PetFiles::candidates(const QString &personaId, const QString &name) 
     return {};
   }
   return {userDirectory(personaId) + u'/' + name, resourceDirectory(personaId) + u'/' + name};
+}
+
+bool PetFiles::staysIn(const QString &folder, const QString &path) {
+  const QString inside = QFileInfo(folder).canonicalFilePath();
+  return !inside.isEmpty() && QFileInfo(path).canonicalFilePath().startsWith(inside + u'/');
 }
 
 bool PetFiles::isPlainName(const QString &name) {

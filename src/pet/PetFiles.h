@@ -21,6 +21,8 @@ struct PetFiles {
   /// name is no plain file name, so that no data from outside leads out of the pet's folder.
   [[nodiscard]] QStringList candidates(const QString &personaId, const QString &name) const;
 
+  /// Whether the path, its links followed, lies inside the folder.
+  [[nodiscard]] static bool staysIn(const QString &folder, const QString &path);
   /// Not empty, at most 255 bytes, no slash, no control character, no dot in front.
   [[nodiscard]] static bool isPlainName(const QString &name);
 };

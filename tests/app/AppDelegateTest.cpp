@@ -78,7 +78,11 @@ protected:
                                  return panel;
                                },
                            .personaInPlay = [this] { return m_persona; },
-                           .idleFrames = [this](const QString &id) { return m_frames.value(id); },
+                           .idleFrames =
+                               [this](const QString &id) {
+                                 ++m_looks;
+                                 return m_frames.value(id);
+                               },
                            .applyAppearance = [this] { ++m_appearances; },
                            .checkForUpdate = [this] { ++m_updateChecks; },
                            .handleOpenUrl = [this](const QString &url) { m_urls.append(url); }});
@@ -90,6 +94,7 @@ protected:
   QString m_persona = QStringLiteral("morvo");
   QHash<QString, std::vector<QIcon>> m_frames{
       {QStringLiteral("morvo"), {plainIcon(Qt::blue), plainIcon(Qt::green), plainIcon(Qt::cyan)}}};
+  int m_looks = 0;
   int m_appearances = 0;
   int m_updateChecks = 0;
   QStringList m_urls;
@@ -170,6 +175,17 @@ TEST_F(AppDelegateTest, WithoutAnyFramesAMarkStandsIn) {
   EXPECT_FALSE(m_tray.icon.isNull());
   advance(1s);
   EXPECT_EQ(m_tray.changes, 1);
+}
+
+TEST_F(AppDelegateTest, MissingFramesAreLookedForSeldomerThanFramesAreShown) {
+  m_frames.clear();
+  launch();
+  const int atStart = m_looks;
+  advance(20s);
+  EXPECT_LE(m_looks - atStart, 5);
+  m_frames.insert(QStringLiteral("morvo"), {plainIcon(Qt::blue)});
+  advance(6s);
+  EXPECT_EQ(colorAt(m_tray.icon, 9, 9), QColor(Qt::blue));
 }
 
 TEST_F(AppDelegateTest, APendingApprovalShowsTheRedDotFromTheNextTickOn) {

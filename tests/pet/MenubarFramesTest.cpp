@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <sys/stat.h>
+
 namespace morvo {
 namespace {
 
@@ -62,6 +65,84 @@ TEST(MenubarFramesTest, whatCannotBeDecodedIsLeftOut) {
   PetFolder::write(idleFolder + QStringLiteral("/2.png"), "\x89PNG\r\n\x1a\n");
   MenubarFrames frames(folder.files());
   EXPECT_EQ(frames.idle(pet, 18, 1).size(), 1U);
+}
+
+TEST(MenubarFramesTest, noLinkLeadsOutOfThePetsFolder) {
+  const PetFolder folder;
+  const QString elsewhere = folder.path(QStringLiteral("elsewhere"));
+  ASSERT_TRUE(QDir().mkpath(elsewhere));
+  PetFolder::fill(elsewhere, 3);
+  const QString petFolder = folder.files().userDirectory(pet);
+  ASSERT_TRUE(QDir().mkpath(petFolder));
+  ASSERT_TRUE(QFile::link(elsewhere, petFolder + QStringLiteral("/idle")));
+  MenubarFrames frames(folder.files());
+  EXPECT_TRUE(frames.frameURLs(pet).isEmpty());
+  EXPECT_TRUE(frames.idle(pet, 18, 1).empty());
+
+  ASSERT_TRUE(QFile::remove(petFolder + QStringLiteral("/idle")));
+  const QString idleFolder = folder.stateFolder(pet, idle);
+  PetFolder::fill(idleFolder, 1);
+  ASSERT_TRUE(
+      QFile::link(elsewhere + QStringLiteral("/2.png"), idleFolder + QStringLiteral("/2.png")));
+  ASSERT_TRUE(
+      QFile::link(idleFolder + QStringLiteral("/1.png"), idleFolder + QStringLiteral("/3.png")));
+  EXPECT_EQ(frames.frameURLs(pet), QStringList({idleFolder + QStringLiteral("/1.png"),
+                                                idleFolder + QStringLiteral("/3.png")}));
+}
+
+TEST(MenubarFramesTest, whatIsNoRegularFileIsNeverOpened) {
+  const PetFolder folder;
+  const QString idleFolder = folder.stateFolder(pet, idle);
+  PetFolder::fill(idleFolder, 1);
+  // Opening a pipe to read waits for a writer for ever.
+  ASSERT_EQ(::mkfifo(QFile::encodeName(idleFolder + QStringLiteral("/2.png")).constData(), 0600),
+            0);
+  MenubarFrames frames(folder.files());
+  EXPECT_EQ(frames.idle(pet, 18, 1).size(), 1U);
+}
+
+TEST(MenubarFramesTest, aLargeFrameGivesTheIconOfTheSameFrameInSmall) {
+  const PetFolder folder;
+  const QString other = QStringLiteral("large");
+  const auto painted = [](int side) {
+    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    for (int y = side / 4; y < side; ++y) {
+      for (int x = 0; x < side * 3 / 4; ++x) {
+        image.setPixelColor(x, y, QColor(x * 255 / side, y * 255 / side, 90));
+      }
+    }
+    return image;
+  };
+  PetFolder::save(painted(512), folder.stateFolder(pet, idle) + QStringLiteral("/1.png"));
+  PetFolder::save(painted(2048), folder.stateFolder(other, idle) + QStringLiteral("/1.png"));
+  MenubarFrames frames(folder.files());
+  const auto small = frames.cells(pet);
+  const auto large = frames.cells(other);
+  ASSERT_EQ(small.size(), 1U);
+  ASSERT_EQ(large.size(), 1U);
+  ASSERT_EQ(small.front().size(), large.front().size());
+  EXPECT_EQ(std::max(large.front().width(), large.front().height()), 13);
+  for (int y = 0; y < 13; ++y) {
+    for (int x = 0; x < small.front().width(); ++x) {
+      const QColor a = small.front().pixelColor(x, y);
+      const QColor b = large.front().pixelColor(x, y);
+      EXPECT_NEAR(a.alpha(), b.alpha(), 12);
+      EXPECT_NEAR(a.red() * a.alpha() / 255, b.red() * b.alpha() / 255, 12);
+      EXPECT_NEAR(a.green() * a.alpha() / 255, b.green() * b.alpha() / 255, 12);
+    }
+  }
+}
+
+TEST(MenubarFramesTest, aFolderOfNoPicturesHasNoIcons) {
+  const PetFolder folder;
+  const QString idleFolder = folder.stateFolder(pet, idle);
+  for (int i = 0; i < 200; ++i) {
+    PetFolder::write(idleFolder + u'/' + QString::number(i) + QStringLiteral("帧.png"),
+                     i % 2 == 0 ? QByteArray() : QByteArray(100, 'x'));
+  }
+  MenubarFrames frames(folder.files());
+  EXPECT_TRUE(frames.idle(pet, 18, 1).empty());
 }
 
 TEST(MenubarFramesTest, iconsHaveTheirPointsAtTheRatioAsked) {
