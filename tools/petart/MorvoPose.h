@@ -8,7 +8,7 @@ namespace morvo {
 
 /// Everything that can differ between two pictures of the creature. The default value is the rest
 /// pose, on which every action begins and ends. Lengths are pixels of the canvas, angles degrees.
-struct Pose {
+struct MorvoPose {
   /// A bubble, heart or letter that floats beside the body.
   struct Floater {
     QPointF centre; ///< On the canvas.

@@ -1,26 +1,26 @@
 #pragma once
 
-#include "Pose.h"
+#include "MorvoPose.h"
 
 #include <QString>
 
 #include <span>
 
 /// How the creature moves: the poses of each of its frame sets.
-namespace morvo::Choreography {
+namespace morvo::MorvoChoreography {
 
 struct FrameSet {
   QStringView name;
   int frames;
   /// The pose at a phase from 0 (first frame) to 1. A loop's phase never reaches 1, which would be
   /// its first frame again; a one-shot's last frame stands at 1.
-  Pose (*pose)(double phase);
+  MorvoPose (*pose)(double phase);
   bool loop;
 };
 
 [[nodiscard]] std::span<const FrameSet> frameSets();
 
 /// The pose of the frame with this index.
-[[nodiscard]] Pose poseAt(const FrameSet &set, int frame);
+[[nodiscard]] MorvoPose poseAt(const FrameSet &set, int frame);
 
-} // namespace morvo::Choreography
+} // namespace morvo::MorvoChoreography

@@ -1,11 +1,11 @@
-#include "Choreography.h"
+#include "MorvoChoreography.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
 
-namespace morvo::Choreography {
+namespace morvo::MorvoChoreography {
 namespace {
 
 constexpr double turn = 2 * std::numbers::pi;
@@ -30,13 +30,13 @@ double bump(double phase, double from, double to) {
 }
 
 /// The body keeps its volume: what it loses in height it gains in width.
-void squash(Pose &pose, double height) {
+void squash(MorvoPose &pose, double height) {
   pose.heightScale *= height;
   pose.widthScale *= 1 / std::sqrt(height);
 }
 
 /// Bubbles that rise from the head, `strength` from 0 to 1 over an action.
-void spout(Pose &pose, double phase, double from, double to) {
+void spout(MorvoPose &pose, double phase, double from, double to) {
   constexpr int count = 7;
   for (int index = 0; index < count; ++index) {
     const double start = from + (to - from) * 0.5 * index / count;
@@ -51,8 +51,8 @@ void spout(Pose &pose, double phase, double from, double to) {
   }
 }
 
-Pose idle(double phase) {
-  Pose pose;
+MorvoPose idle(double phase) {
+  MorvoPose pose;
   squash(pose, 1 + 0.012 * wave(phase));
   pose.leftFin = 5 - 5 * std::cos(turn * phase);
   pose.rightFin = pose.leftFin;
@@ -63,8 +63,8 @@ Pose idle(double phase) {
   return pose;
 }
 
-Pose celebrate(double phase) {
-  Pose pose;
+MorvoPose celebrate(double phase) {
+  MorvoPose pose;
   const double crouch = plateau(phase, 0, 0.14, 0.16, 0.24);
   const double flight = bump(phase, 0.2, 0.58);
   const double landing = plateau(phase, 0.56, 0.62, 0.64, 0.76);
@@ -85,8 +85,8 @@ Pose celebrate(double phase) {
   return pose;
 }
 
-Pose alert(double phase) {
-  Pose pose;
+MorvoPose alert(double phase) {
+  MorvoPose pose;
   const double crouch = plateau(phase, 0, 0.08, 0.1, 0.16);
   const double start = plateau(phase, 0.1, 0.2, 0.82, 0.96);
   const double jump = bump(phase, 0.1, 0.34);
@@ -106,8 +106,8 @@ Pose alert(double phase) {
   return pose;
 }
 
-Pose sleep(double phase) {
-  Pose pose;
+MorvoPose sleep(double phase) {
+  MorvoPose pose;
   squash(pose, 0.9 + 0.022 * wave(phase));
   pose.eyesOpen = 0;
   pose.blush = 0.7;
@@ -127,8 +127,8 @@ Pose sleep(double phase) {
   return pose;
 }
 
-Pose greet(double phase) {
-  Pose pose;
+MorvoPose greet(double phase) {
+  MorvoPose pose;
   const double raised = plateau(phase, 0.02, 0.2, 0.8, 0.98);
   pose.tilt = -5 * raised;
   squash(pose, 1 - 0.05 * bump(phase, 0, 0.14) + 0.02 * raised);
@@ -143,8 +143,8 @@ Pose greet(double phase) {
   return pose;
 }
 
-Pose petted(double phase) {
-  Pose pose;
+MorvoPose petted(double phase) {
+  MorvoPose pose;
   const double bliss = plateau(phase, 0.02, 0.16, 0.82, 0.98);
   squash(pose, 1 - 0.1 * bliss + 0.03 * bliss * wave(phase * 3));
   pose.tilt = 4 * bliss * wave(phase * 2);
@@ -168,8 +168,8 @@ Pose petted(double phase) {
   return pose;
 }
 
-Pose watching(double phase) {
-  Pose pose;
+MorvoPose watching(double phase) {
+  MorvoPose pose;
   // The gaze rests on the left, then on the right, and passes quickly between.
   const double side = std::clamp(2.6 * wave(phase), -1.0, 1.0);
   squash(pose, 1 + 0.01 * wave(phase * 2));
@@ -195,9 +195,9 @@ constexpr std::array sets{
 
 std::span<const FrameSet> frameSets() { return sets; }
 
-Pose poseAt(const FrameSet &set, int frame) {
+MorvoPose poseAt(const FrameSet &set, int frame) {
   const int steps = set.loop ? set.frames : set.frames - 1;
   return set.pose(static_cast<double>(frame) / steps);
 }
 
-} // namespace morvo::Choreography
+} // namespace morvo::MorvoChoreography

@@ -1,11 +1,13 @@
-#include "Creature.h"
+#include "MorvoFigure.h"
+
+#include "PetArt.h"
 
 #include <QPainter>
 #include <QPainterPath>
 
 #include <algorithm>
 
-namespace morvo::Creature {
+namespace morvo::MorvoFigure {
 namespace {
 
 constexpr QRgb outlineColor = 0xff163a80;
@@ -213,7 +215,7 @@ void paintFeet(QPainter &painter) {
   }
 }
 
-void paintOpenEye(QPainter &painter, const Pose &pose, const QPointF &centre) {
+void paintOpenEye(QPainter &painter, const MorvoPose &pose, const QPointF &centre) {
   const double width = 33 * pose.eyeScale;
   const double height = 40 * pose.eyeScale * pose.eyesOpen;
   QPainterPath eye;
@@ -247,7 +249,7 @@ void paintClosedEye(QPainter &painter, const QPointF &centre, double bend) {
   painter.drawPath(lid);
 }
 
-void paintEyes(QPainter &painter, const Pose &pose) {
+void paintEyes(QPainter &painter, const MorvoPose &pose) {
   constexpr double narrowest = 0.16;
   for (const double side : {-1.0, 1.0}) {
     const QPointF centre = QPointF(side * 64, -158) + pose.gaze * 0.5;
@@ -261,7 +263,7 @@ void paintEyes(QPainter &painter, const Pose &pose) {
   }
 }
 
-void paintFace(QPainter &painter, const Pose &pose) {
+void paintFace(QPainter &painter, const MorvoPose &pose) {
   painter.setPen(Qt::NoPen);
   for (const double side : {-1.0, 1.0}) {
     painter.setBrush(faded(blushColor, pose.blush));
@@ -297,7 +299,7 @@ void paintFace(QPainter &painter, const Pose &pose) {
   painter.drawPath(smile);
 }
 
-void paintBubble(QPainter &painter, const Pose::Floater &bubble) {
+void paintBubble(QPainter &painter, const MorvoPose::Floater &bubble) {
   const double radius = bubble.size / 2;
   QRadialGradient film(bubble.centre, radius);
   film.setColorAt(0, faded(0xffeaffff, 0.15 * bubble.opacity));
@@ -311,7 +313,7 @@ void paintBubble(QPainter &painter, const Pose::Floater &bubble) {
   painter.drawEllipse(bubble.centre - QPointF(radius, radius) * 0.36, radius * 0.22, radius * 0.22);
 }
 
-void paintHeart(QPainter &painter, const Pose::Floater &heart) {
+void paintHeart(QPainter &painter, const MorvoPose::Floater &heart) {
   painter.save();
   painter.translate(heart.centre);
   painter.scale(heart.size, heart.size);
@@ -321,7 +323,7 @@ void paintHeart(QPainter &painter, const Pose::Floater &heart) {
   painter.restore();
 }
 
-void paintSnore(QPainter &painter, const Pose::Floater &snore) {
+void paintSnore(QPainter &painter, const MorvoPose::Floater &snore) {
   painter.save();
   painter.translate(snore.centre);
   painter.scale(snore.size, snore.size);
@@ -355,7 +357,7 @@ void paintAlarm(QPainter &painter, double size) {
 
 } // namespace
 
-QImage picture(const Pose &pose) {
+QImage picture(const MorvoPose &pose) {
   QImage canvas(canvasSide, canvasSide, QImage::Format_ARGB32_Premultiplied);
   canvas.fill(Qt::transparent);
   QPainter painter(&canvas);
@@ -376,16 +378,16 @@ QImage picture(const Pose &pose) {
     paintAlarm(painter, pose.alarm);
   }
   painter.restore();
-  for (const Pose::Floater &bubble : pose.bubbles) {
+  for (const MorvoPose::Floater &bubble : pose.bubbles) {
     paintBubble(painter, bubble);
   }
-  for (const Pose::Floater &heart : pose.hearts) {
+  for (const MorvoPose::Floater &heart : pose.hearts) {
     paintHeart(painter, heart);
   }
-  for (const Pose::Floater &snore : pose.snores) {
+  for (const MorvoPose::Floater &snore : pose.snores) {
     paintSnore(painter, snore);
   }
   return canvas;
 }
 
-} // namespace morvo::Creature
+} // namespace morvo::MorvoFigure

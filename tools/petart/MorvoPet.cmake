@@ -1,0 +1,2 @@
+morvo_pet(morvo SOURCES Morvo
+  SETS idle celebrate alert sleep greet petted watching)
