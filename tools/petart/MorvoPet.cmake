@@ -1,2 +1,2 @@
 morvo_pet(morvo SOURCES Morvo
-  SETS idle celebrate alert sleep greet petted watching)
+  SETS idle sleep watching code droop celebrate alert greet petted curious walk carried tossed)

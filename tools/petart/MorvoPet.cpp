@@ -1,30 +1,59 @@
-#include "MorvoChoreography.h"
+#include "MorvoActions.h"
 #include "MorvoFigure.h"
+#include "MorvoOverlap.h"
 #include "PetArt.h"
 
-#include <algorithm>
+#include <array>
 #include <vector>
 
 namespace morvo {
 namespace {
 
+using Action = MorvoPose (*)(double phase, const MorvoPose &rest);
+
+constexpr std::array sets{
+    FrameSet{u"idle", 64, true},     FrameSet{u"sleep", 60, true},
+    FrameSet{u"watching", 56, true}, FrameSet{u"code", 48, true},
+    FrameSet{u"droop", 48, true},    FrameSet{u"celebrate", 60, false},
+    FrameSet{u"alert", 40, false},   FrameSet{u"greet", 40, false},
+    FrameSet{u"petted", 40, false},  FrameSet{u"curious", 56, false},
+    FrameSet{u"walk", 32, true},     FrameSet{u"carried", 32, true},
+    FrameSet{u"tossed", 24, true},
+};
+constexpr std::array<Action, sets.size()> actions{
+    MorvoActions::idle,   MorvoActions::sleep,     MorvoActions::watching, MorvoActions::code,
+    MorvoActions::droop,  MorvoActions::celebrate, MorvoActions::alert,    MorvoActions::greet,
+    MorvoActions::petted, MorvoActions::curious,   MorvoActions::walk,     MorvoActions::carried,
+    MorvoActions::tossed};
+
+std::vector<MorvoPose> posesOf(const FrameSet &set, Action action, const MorvoPose &rest) {
+  std::vector<MorvoPose> poses;
+  for (int frame = 0; frame < set.frames; ++frame) {
+    poses.push_back(action(set.phase(frame), rest));
+  }
+  MorvoOverlap::apply(poses, set.loop);
+  return poses;
+}
+
 class MorvoPet : public PetArt {
 public:
   MorvoPet() {
-    for (const auto &set : MorvoChoreography::frameSets()) {
-      m_sets.push_back({set.name, set.frames, set.loop});
+    for (std::size_t index = 0; index < sets.size(); ++index) {
+      const MorvoPose rest = index == 0 ? MorvoPose() : m_poses.front().front();
+      m_poses.push_back(posesOf(sets[index], actions[index], rest));
     }
   }
 
-  [[nodiscard]] std::span<const FrameSet> frameSets() const override { return m_sets; }
+  [[nodiscard]] std::span<const FrameSet> frameSets() const override { return sets; }
+
   [[nodiscard]] QImage picture(const FrameSet &set, int frame) const override {
-    const auto sets = MorvoChoreography::frameSets();
-    const auto found = std::ranges::find(sets, set.name, &MorvoChoreography::FrameSet::name);
-    return MorvoFigure::picture(MorvoChoreography::poseAt(*found, frame));
+    const auto index = static_cast<std::size_t>(&set - sets.data());
+    return MorvoFigure::picture(m_poses.at(index).at(static_cast<std::size_t>(frame)));
   }
 
 private:
-  std::vector<FrameSet> m_sets;
+  /// Of each set, in the order of `sets`.
+  std::vector<std::vector<MorvoPose>> m_poses;
 };
 
 } // namespace

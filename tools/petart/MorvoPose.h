@@ -6,46 +6,74 @@
 
 namespace morvo {
 
-/// Everything that can differ between two pictures of the creature. The default value is the rest
-/// pose, on which every action begins and ends. Lengths are pixels of the canvas, angles degrees.
+/// Everything that can differ between two pictures of the creature. Lengths are pixels of the
+/// canvas, angles degrees; left and right are the viewer's.
 struct MorvoPose {
-  /// A bubble, heart or letter that floats beside the body.
+  /// Something that floats beside the body, on the canvas.
   struct Floater {
-    QPointF centre; ///< On the canvas.
+    QPointF centre;
     double size = 0;
     double opacity = 1;
+    double turn = 0;
+  };
+  /// A fin: how far it is turned away from straight up, outwards, and how its outer half bends.
+  struct Fin {
+    double turn = 0;
+    double bend = 0;
   };
 
-  /// Of the whole body; up is negative.
-  QPointF shift;
-  double tilt = 0;
-  /// Scales about the middle of the base line, so squashing keeps the feet on the ground.
-  double widthScale = 1;
+  // The body.
+  QPointF shift;         ///< Up is negative.
+  double tilt = 0;       ///< About `pivot`.
+  double pivot = 0;      ///< Height above the base.
+  double widthScale = 1; ///< Scales about the middle of the base line: squashing keeps it there.
   double heightScale = 1;
+  double lean = 0; ///< Sideways, as a part of the height.
+  double puff = 0; ///< How far the cheeks are blown up, 0 to 1.
 
-  /// 1 is wide open, 0 closed.
+  // The face.
+  double yaw = 11;  ///< Where the head looks: positive is to the right.
+  double pitch = 0; ///< How far down the face sits.
   double eyesOpen = 1;
-  /// From 0 to 1: closed in laughter, arched upwards. Outranks `eyesOpen`.
-  double eyesLaughing = 0;
+  double wink = 0;         ///< Closes the left eye on its own.
+  double eyesLaughing = 0; ///< Above one half: closed, arched upwards.
   double eyeScale = 1;
+  double swirl = -1; ///< From 0: dizzy eyes, turned by this many degrees.
   QPointF gaze;
-  /// 0 is a small smile, 1 a wide open mouth.
-  double mouthOpen = 0;
-  double blush = 0.55;
+  double brow = 0; ///< −1 worried, 1 firm.
+  double browLift = 0;
+  double mouthOpen = 0;  ///< 0 a small closed mouth, 1 wide open.
+  double mouthRound = 0; ///< 1 an "o".
+  double smile = 1;      ///< −1 turns the closed mouth's corners down.
+  double blush = 0.5;
 
-  /// Raised from hanging (0) to straight up (about 110).
-  double leftFin = 0;
-  double rightFin = 0;
-  double tail = 0;
-  /// Of the lantern on the head.
-  double stalk = 0;
-  double glow = 0.7;
+  // What hangs on the body.
+  Fin leftEar{52, 18};
+  Fin rightEar{52, 18};
+  Fin leftArm{142, -24};
+  Fin rightArm{142, -24};
+  double tail = 62;
+  double tailWhip = 30;
+  double stalk = 62;
+  double stalkWhip = 34;
 
-  /// Size of the startled mark beside the head; 0 shows none.
-  double alarm = 0;
+  // Light.
+  double glow = 0.6;     ///< Of the skin.
+  double lantern = 0.75; ///< Of the lantern.
+  double warning = 0;    ///< Turns the lantern from honey to orange.
+  double wavePhase = -1; ///< From 0 to 1: where a wave of light runs along the spots.
+
+  // Around it.
+  double alarm = 0;  ///< Size of the startled mark.
+  double shell = 0;  ///< How far the clam that it works at has come up, 0 to 1.
+  double typing = 0; ///< Flicker of the clam's light, 0 to 1.
+  double spout = 0;  ///< Height of the water column above the head.
+  double spoutSway = 0;
+  std::vector<Floater> drops;
   std::vector<Floater> bubbles;
   std::vector<Floater> hearts;
   std::vector<Floater> snores;
+  std::vector<Floater> notes;
 };
 
 } // namespace morvo

@@ -45,6 +45,8 @@ std::vector<double> Spring::follow(const std::vector<double> &driver, bool loop)
       result[frame] =
           Motion::mix(result[frame], driver[frame], Motion::ramp(phase, 1 - homeward, 1));
     }
+    // To the bit, so that the end is the rest pose and nothing near it.
+    result.back() = driver.back();
   }
   return result;
 }
