@@ -1,6 +1,7 @@
 #include "base/ChildProcess.h"
 
 #include "base/QtScheduler.h"
+#include "support/Awaited.h"
 #include "support/ManualScheduler.h"
 
 #include <QCoreApplication>
@@ -186,6 +187,14 @@ TEST_F(ChildProcessTest, AProgramThatASignalEndsIsTold) {
   EXPECT_EQ(result.error(), Failure::killed);
 }
 
+TEST_F(ChildProcessTest, TheLastWordsOfAProgramThatMayCrashCount) {
+  auto command = shell(QStringLiteral("echo last; kill -KILL $$"));
+  command.mayCrash = true;
+  const auto result = run(command);
+  ASSERT_TRUE(result);
+  EXPECT_EQ(*result, (ChildProcess::Output{128 + SIGKILL, "last\n", "", false}));
+}
+
 TEST_F(ChildProcessTest, AtTheDeadlineItIsAskedToEnd) {
   start(shell(QStringLiteral("trap 'echo asked > %1; exit 0' TERM; echo $$ > %2; "
                              "while :; do sleep 0.01; done")
@@ -267,6 +276,52 @@ TEST_F(ChildProcessTest, CancellingAtOnceLeavesNothingBehind) {
   QFile children(QStringLiteral("/proc/self/task/%1/children").arg(::getpid()));
   ASSERT_TRUE(children.open(QIODevice::ReadOnly));
   EXPECT_EQ(children.readAll(), QByteArray());
+}
+
+TEST_F(ChildProcessTest, ACoroutineGetsTheResult) {
+  const auto result =
+      test::Awaited(ChildProcess::run(m_scheduler, shell(QStringLiteral("echo x")), {})).wait();
+  ASSERT_TRUE(result && *result && **result);
+  EXPECT_EQ((**result)->standardOutput, "x\n");
+  EXPECT_EQ(m_scheduler.pending(), 0U);
+}
+
+TEST_F(ChildProcessTest, ACoroutineHearsOfAFailedStart) {
+  const auto result =
+      test::Awaited(
+          ChildProcess::run(m_scheduler, program(QStringLiteral("/nonexistent/program")), {}))
+          .wait();
+  ASSERT_TRUE(result && *result);
+  EXPECT_EQ(**result, ChildProcess::Result(std::unexpected(Failure::notStarted)));
+}
+
+TEST_F(ChildProcessTest, AStopKillsTheWholeTreeAndTheCoroutineGoesOnWithNothing) {
+  std::stop_source owner;
+  const test::Awaited run(ChildProcess::run(
+      m_scheduler,
+      shell(QStringLiteral("trap '' TERM; echo $$ > %1; sh -c 'echo $$ > %2; exec sleep 600'; :")
+                .arg(path(QStringLiteral("child")), path(QStringLiteral("grandchild")))),
+      owner.get_token()));
+  const pid_t child = writtenPid(QStringLiteral("child"));
+  const pid_t grandchild = writtenPid(QStringLiteral("grandchild"));
+  ASSERT_GT(grandchild, 0);
+  owner.request_stop();
+  ASSERT_TRUE(run.isDone());
+  EXPECT_FALSE((*run.wait()).has_value());
+  EXPECT_EQ(m_scheduler.pending(), 0U);
+  until([&] { return isGone(child) && isGone(grandchild); });
+  EXPECT_TRUE(isGone(child) && isGone(grandchild));
+}
+
+TEST_F(ChildProcessTest, AfterAStopNothingIsStarted) {
+  std::stop_source owner;
+  owner.request_stop();
+  const test::Awaited run(ChildProcess::run(
+      m_scheduler, shell(QStringLiteral("echo > %1").arg(path(QStringLiteral("started")))),
+      owner.get_token()));
+  ASSERT_TRUE(run.isDone());
+  EXPECT_FALSE((*run.wait()).has_value());
+  EXPECT_FALSE(QFile::exists(path(QStringLiteral("started"))));
 }
 
 /// While it lives, this process opens no further descriptor.
