@@ -22,8 +22,6 @@ namespace {
 constexpr auto cloudPeriod = std::chrono::seconds(10);
 constexpr auto fleetPeriod = std::chrono::seconds(12);
 constexpr auto energyPeriod = std::chrono::seconds(120);
-/// How often a switched-off usage capture looks whether it was switched on.
-constexpr auto usageLookPeriod = std::chrono::seconds(5);
 constexpr auto demoTapDelay = std::chrono::seconds(3);
 
 /// Care less than this long ago keeps the pet fresh.
@@ -141,38 +139,6 @@ QCoro::Task<> PetStore::energyLoop(std::stop_token stop) {
     drainEnergy();
     running = co_await m_parts.scheduler.sleep(energyPeriod, stop);
   }
-}
-
-QCoro::Task<> PetStore::usageLoop(std::stop_token stop) {
-  bool running = co_await m_parts.scheduler.sleep(Duration::zero(), stop);
-  while (running) {
-    Duration pause = usageLookPeriod;
-    if (m_parts.setting.boolean(SettingKeys::captureUsage, false)) {
-      if (m_parts.usage) {
-        auto capture = co_await m_parts.usage->capture();
-        if (stop.stop_requested()) {
-          co_return;
-        }
-        publish(std::move(capture));
-        refreshAttention();
-      }
-      pause = std::chrono::seconds(m_parts.setting.captureSeconds());
-    }
-    running = co_await m_parts.scheduler.sleep(pause, stop);
-  }
-}
-
-void PetStore::publish(UsageSource::Capture capture) {
-  QStringList ids;
-  for (const DetectedAgent &agent : capture.agents) {
-    ids.append(agent.id);
-  }
-  m_sources = ids;
-  // Without agents there is nothing to measure, and the last figures stand.
-  if (!capture.agents.empty()) {
-    m_usage = capture.usage;
-  }
-  m_detected = std::move(capture.agents);
 }
 
 /// The decrement applies anew to the already lowered value, so a long absence drains quickly.

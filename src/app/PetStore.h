@@ -28,6 +28,7 @@
 #include "platform/SecretStore.h"
 #include "platform/Setting.h"
 #include "usage/UsageSource.h"
+#include "usage/UsageStats.h"
 #include "voice/Speech.h"
 
 #include <QBindable>
@@ -35,6 +36,7 @@
 #include <QObject>
 #include <QUuid>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -110,6 +112,10 @@ public:
     Speech *speech = nullptr;
     std::unique_ptr<FleetSource> fleet = nullptr;
     std::unique_ptr<UsageSource> usage = nullptr;
+    /// Makes the figures that people see of what was captured.
+    std::function<UsageStats(const UsageSnapshot &)> measure = [](const UsageSnapshot &) {
+      return UsageStats();
+    };
   };
 
   struct RecentDone {
@@ -220,6 +226,12 @@ public:
   void setCodexConnected(bool on);
   void setGeminiConnected(bool on);
   void setCursorConnected(bool on);
+  // Usage.
+  /// Reads what the agents burned, whatever the settings say, and publishes it.
+  QCoro::Task<> captureUsage();
+  /// Looks which agents are there and connected. Reads their logs only when `deep` or when the
+  /// user has switched the capture on.
+  QCoro::Task<> scanSourcesOnly(bool deep);
   /// Draws what deserves the user's eye from the present state.
   void refreshAttention();
 
@@ -281,7 +293,8 @@ private:
   QCoro::Task<> fleetLoop(std::stop_token stop);
   QCoro::Task<> energyLoop(std::stop_token stop);
   QCoro::Task<> usageLoop(std::stop_token stop);
-  void publish(UsageSource::Capture capture);
+  void publish(std::vector<DetectedAgent> agents);
+  void reportUsage();
   void drainEnergy();
 
   void handleHookSignals(const QList<QJsonObject> &signals);

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "usage/DetectedAgent.h"
-#include "usage/UsageStats.h"
+#include "usage/UsageSnapshot.h"
 
 #include <QCoroTask>
 
@@ -10,17 +9,15 @@
 namespace morvo {
 
 /// Finds the agents on this machine and what they burned. Main thread; the reading itself happens
-/// off it.
+/// off it. After the source's end a coroutine that waits for it goes on with an empty value.
 class UsageSource {
 public:
-  struct Capture {
-    std::vector<DetectedAgent> agents;
-    UsageStats usage;
-  };
-
   virtual ~UsageSource() = default;
 
-  [[nodiscard]] virtual QCoro::Task<Capture> capture() = 0;
+  /// Reads the agents' logs and asks for their official figures. What cannot be read is left out.
+  [[nodiscard]] virtual QCoro::Task<UsageSnapshot> capture() = 0;
+  /// The agents that are there, without figures and without reading any of their files.
+  [[nodiscard]] virtual QCoro::Task<std::vector<DetectedAgent>> present() = 0;
 };
 
 } // namespace morvo

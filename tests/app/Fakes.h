@@ -131,15 +131,23 @@ public:
 
 class FakeUsage final : public UsageSource {
 public:
-  [[nodiscard]] QCoro::Task<Capture> capture() override {
+  [[nodiscard]] QCoro::Task<UsageSnapshot> capture() override {
     ++captures;
     const auto captured = result;
     co_await pause(gate);
     co_return captured;
   }
+  [[nodiscard]] QCoro::Task<std::vector<DetectedAgent>> present() override {
+    ++looks;
+    const auto there = agentsThere;
+    co_await pause(gate);
+    co_return there;
+  }
 
-  Capture result;
+  UsageSnapshot result;
+  std::vector<DetectedAgent> agentsThere;
   int captures = 0;
+  int looks = 0;
   Scheduler *gate = nullptr;
 };
 

@@ -145,7 +145,7 @@ TEST_F(PetStoreLoopsTest, UsageIsLookedAtEachFiveSecondsWhileItIsOff) {
 
 TEST_F(PetStoreLoopsTest, UsageIsCapturedAtOnceAndThenEachMinute) {
   set(SettingKeys::captureUsage, true);
-  m_usage.result.usage.windowTokens = 12;
+  m_usage.result.weekTokens = 12;
   m_usage.result.agents = {{.id = QStringLiteral("claude")}};
   start();
   EXPECT_EQ(m_usage.captures, 1);

@@ -31,7 +31,8 @@ void StoreFixture::start() {
       .cloud = std::move(m_ownedCloud),
       .speech = &m_speech,
       .fleet = std::move(m_ownedFleet),
-      .usage = std::move(m_ownedUsage)});
+      .usage = std::move(m_ownedUsage),
+      .measure = m_measure});
   m_scheduler.runDue();
 }
 

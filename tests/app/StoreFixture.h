@@ -51,6 +51,10 @@ protected:
   FakeFleet &m_fleet = *m_ownedFleet;
   FakeUsage &m_usage = *m_ownedUsage;
   FakeInbox &m_inbox = *m_ownedInbox;
+  /// Makes the figures of what is captured; by itself, the window is the week.
+  std::function<UsageStats(const UsageSnapshot &)> m_measure = [](const UsageSnapshot &snapshot) {
+    return UsageStats{.windowTokens = snapshot.weekTokens};
+  };
   std::vector<std::unique_ptr<AgentConnector>> m_ownedConnectors;
   QList<FakeConnector *> m_connectors;
   std::unique_ptr<Notifier> m_notifier;

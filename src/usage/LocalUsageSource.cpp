@@ -1,0 +1,48 @@
+#include "usage/LocalUsageSource.h"
+
+#include "base/SystemFileLayer.h"
+#include "usage/AgentScanner.h"
+
+#include <utility>
+
+namespace morvo {
+
+LocalUsageSource::LocalUsageSource(const Clock &clock, const ProbeContext &context, LogReader logs)
+    : m_clock(&clock), m_context(context), m_logs(std::move(logs)), m_prober(clock, context) {}
+
+LocalUsageSource::~LocalUsageSource() { m_stop.request_stop(); }
+
+QCoro::Task<UsageSnapshot> LocalUsageSource::capture() {
+  const std::stop_token stop = m_stop.get_token();
+  auto asked = m_prober.liveMap(true);
+  const auto read = [home = m_context.home, now = m_clock->now(),
+                     logs = m_logs](const std::stop_token &end) {
+    SystemFileLayer files;
+    return AgentScanner::snapshot(home, now, files, [&](const SourceAdapter &agent, double hours) {
+      return logs(agent, hours, end);
+    });
+  };
+  auto counted = co_await m_context.pool->run(read);
+  if (stop.stop_requested() || !counted) {
+    co_return UsageSnapshot();
+  }
+  const auto limits = co_await std::move(asked);
+  if (stop.stop_requested()) {
+    co_return UsageSnapshot();
+  }
+  co_return AgentScanner::withLimits(*std::move(counted), limits);
+}
+
+QCoro::Task<std::vector<DetectedAgent>> LocalUsageSource::present() {
+  const std::stop_token stop = m_stop.get_token();
+  const auto look = [home = m_context.home](const std::stop_token &) {
+    return AgentScanner::present(home);
+  };
+  auto agents = co_await m_context.pool->run(look);
+  if (stop.stop_requested() || !agents) {
+    co_return std::vector<DetectedAgent>();
+  }
+  co_return *std::move(agents);
+}
+
+} // namespace morvo
