@@ -232,8 +232,17 @@ public:
   /// Looks which agents are there and connected. Reads their logs only when `deep` or when the
   /// user has switched the capture on.
   QCoro::Task<> scanSourcesOnly(bool deep);
+  /// Turns the approval hook of Claude Code on or off. The setting that the switch shows is the
+  /// caller's to write, first: a failed change leaves the two apart.
+  std::expected<void, HookError> setActConnected(bool on);
+  /// Answers the request that waits, if one does, and takes what waits for a confirmation off the
+  /// list.
+  void decideApproval(bool allow);
   /// Draws what deserves the user's eye from the present state.
   void refreshAttention();
+
+  /// The timers that the panels' models share with the store.
+  [[nodiscard]] Scheduler &scheduler() const { return m_parts.scheduler; }
 
   /// To be called by whoever changed the appearance's setting; the whole application follows.
   void announceAppearanceChange() { Q_EMIT appearanceChanged(); }

@@ -1,5 +1,6 @@
 #include "app/PetStore.h"
 
+#include "base/VisibleText.h"
 #include "monitor/AttentionEngine.h"
 #include "pet/PetPackStore.h"
 #include "platform/SettingKeys.h"
@@ -66,7 +67,7 @@ void PetStore::handleApproval(const QJsonObject &request) {
                                 : QStringLiteral("这步要不要批准？");
   const bool notify = m_parts.setting.boolean(SettingKeys::notifications, true);
   propose(line, ProactiveGate::needsUserPriority, notify,
-          m_persona.value().name + QStringLiteral("·等你确认：") + tool);
+          m_persona.value().name + QStringLiteral("·等你确认：") + VisibleText::of(tool));
   refreshAttention();
 }
 

@@ -1,0 +1,136 @@
+#include "panels/ApprovalPrompt.h"
+
+#include "base/VisibleText.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace morvo {
+namespace {
+
+bool isAnswerKey(int key) {
+  return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+}
+
+} // namespace
+
+ApprovalPrompt::ApprovalPrompt(QObject *parent) : QObject(parent) {}
+
+void ApprovalPrompt::setStore(PetStore *store) {
+  if (m_store == store) {
+    return;
+  }
+  if (m_store != nullptr) {
+    m_store->disconnect(this);
+  }
+  m_store = store;
+  if (m_store != nullptr) {
+    connect(m_store, &PetStore::pendingApprovalChanged, this, [this] {
+      Q_EMIT requestChanged();
+      awaitFrame();
+    });
+  }
+  Q_EMIT storeChanged();
+  Q_EMIT requestChanged();
+  awaitFrame();
+  watchFocus();
+}
+
+void ApprovalPrompt::setWindow(QQuickWindow *window) {
+  if (m_window == window) {
+    return;
+  }
+  if (m_window != nullptr) {
+    m_window->disconnect(this);
+  }
+  m_window = window;
+  if (m_window != nullptr) {
+    connect(m_window, &QQuickWindow::frameSwapped, this, &ApprovalPrompt::frameShown);
+    connect(m_window, &QWindow::visibleChanged, this, &ApprovalPrompt::awaitFrame);
+    connect(m_window, &QWindow::activeChanged, this, &ApprovalPrompt::watchFocus);
+  }
+  Q_EMIT windowChanged();
+  awaitFrame();
+  watchFocus();
+}
+
+std::optional<PermRequest> ApprovalPrompt::request() const {
+  return m_store != nullptr ? m_store->pendingApproval() : std::nullopt;
+}
+
+bool ApprovalPrompt::isPending() const { return request().has_value(); }
+
+QString ApprovalPrompt::question() const {
+  const auto pending = request();
+  return pending ? QStringLiteral("要批准 %1 吗？").arg(VisibleText::of(pending->tool)) : QString();
+}
+
+QString ApprovalPrompt::summary() const {
+  const QString whole = request().value_or(PermRequest()).summary;
+  QString shown = VisibleText::of(whole.first(std::min(whole.size(), longestSummary)));
+  if (whole.size() > longestSummary) {
+    shown += QStringLiteral("\n……后面还有 %1 个字没有显示，不能在这里批准")
+                 .arg(whole.size() - longestSummary);
+  }
+  return shown;
+}
+
+bool ApprovalPrompt::isApprovable() const {
+  const auto pending = request();
+  return m_isSettled && pending && pending->summary.size() <= longestSummary;
+}
+
+void ApprovalPrompt::reject() { give(Answer::Reject); }
+
+void ApprovalPrompt::approve() { give(Answer::Approve); }
+
+bool ApprovalPrompt::keyPressed(Answer answer, int key, bool isAutoRepeat) {
+  if (!isAnswerKey(key)) {
+    return false;
+  }
+  if (m_keysCount && !isAutoRepeat) {
+    give(answer);
+  }
+  return true;
+}
+
+void ApprovalPrompt::give(Answer answer) {
+  const bool approves = answer == Answer::Approve;
+  if (approves ? isApprovable() : isRejectable()) {
+    m_store->decideApproval(approves);
+  }
+}
+
+/// A new request, or a panel that has come up: the card has yet to be drawn.
+void ApprovalPrompt::awaitFrame() {
+  m_settling.cancel();
+  m_awaitsFrame = isPending() && m_window != nullptr && m_window->isVisible();
+  if (m_awaitsFrame) {
+    // A request that looks like the one before would draw nothing by itself.
+    m_window->update();
+  }
+  if (std::exchange(m_isSettled, false)) {
+    Q_EMIT answerableChanged();
+  }
+}
+
+void ApprovalPrompt::frameShown() {
+  if (std::exchange(m_awaitsFrame, false)) {
+    m_settling = m_store->scheduler().after(settleTime, [this] { settle(); });
+  }
+}
+
+void ApprovalPrompt::settle() {
+  m_isSettled = true;
+  Q_EMIT answerableChanged();
+}
+
+void ApprovalPrompt::watchFocus() {
+  m_keysCount = false;
+  m_keysSettling.cancel();
+  if (m_store != nullptr && m_window != nullptr && m_window->isActive()) {
+    m_keysSettling = m_store->scheduler().after(settleTime, [this] { m_keysCount = true; });
+  }
+}
+
+} // namespace morvo

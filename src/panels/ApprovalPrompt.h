@@ -1,0 +1,93 @@
+#pragma once
+
+#include "app/PetStore.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <optional>
+
+namespace morvo {
+
+/// What the approval card shows, and when it takes an answer.
+///
+/// An answer counts only when the user has had the time to see what it is given to: the card takes
+/// none before it has stood on the screen, with this very request, for `settleTime`. A key counts
+/// only in the card's own window, active for as long, so that no key meant for another window, held
+/// down or just struck, gives an answer.
+///
+/// For the card: give it `store` and the `window` it stands in. Texts are plain text, never markup.
+/// The buttons are enabled by `rejectable` and `approvable` (a press that begins before is none),
+/// call `reject` and `approve` on a click, and hand their keys to `keyPressed`. They stand in the
+/// Tab order with "拒绝" first, and none of them takes the focus by itself. Escape is the panel's:
+/// it closes, and the request stays.
+class ApprovalPrompt : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  Q_PROPERTY(morvo::PetStore *store READ store WRITE setStore NOTIFY storeChanged REQUIRED)
+  Q_PROPERTY(QQuickWindow *window READ window WRITE setWindow NOTIFY windowChanged)
+  Q_PROPERTY(bool pending READ isPending NOTIFY requestChanged)
+  Q_PROPERTY(QString question READ question NOTIFY requestChanged)
+  Q_PROPERTY(QString summary READ summary NOTIFY requestChanged)
+  Q_PROPERTY(bool rejectable READ isRejectable NOTIFY answerableChanged)
+  Q_PROPERTY(bool approvable READ isApprovable NOTIFY answerableChanged)
+
+public:
+  enum class Answer { Reject, Approve };
+  Q_ENUM(Answer)
+
+  /// From the card's first frame on the screen to its first answer.
+  static constexpr Duration settleTime = std::chrono::milliseconds(500);
+  /// Characters shown of a summary. The scripts' own end at 200; what a stranger wrote beyond this
+  /// is cut off, said to be, and cannot be approved.
+  static constexpr qsizetype longestSummary = 20000;
+
+  explicit ApprovalPrompt(QObject *parent = nullptr);
+
+  [[nodiscard]] PetStore *store() const { return m_store; }
+  void setStore(PetStore *store);
+  [[nodiscard]] QQuickWindow *window() const { return m_window; }
+  void setWindow(QQuickWindow *window);
+
+  /// Whether a request waits, and so whether the card stands in the panel.
+  [[nodiscard]] bool isPending() const;
+  /// "要批准 Bash 吗？"
+  [[nodiscard]] QString question() const;
+  /// What the tool is about to do, with every character that would not be seen made visible.
+  [[nodiscard]] QString summary() const;
+  [[nodiscard]] bool isRejectable() const { return m_isSettled; }
+  [[nodiscard]] bool isApprovable() const;
+
+  /// Answers the request that is shown; nothing while it cannot be answered.
+  Q_INVOKABLE void reject();
+  Q_INVOKABLE void approve();
+  /// A key struck on the button of `answer`; `key` is a Qt::Key. True when it is the button's own
+  /// (Return, Enter, Space), whether or not it gave the answer.
+  Q_INVOKABLE bool keyPressed(morvo::ApprovalPrompt::Answer answer, int key, bool isAutoRepeat);
+
+Q_SIGNALS:
+  void storeChanged();
+  void windowChanged();
+  void requestChanged();
+  void answerableChanged();
+
+private:
+  void awaitFrame();
+  void frameShown();
+  void settle();
+  void watchFocus();
+  void give(Answer answer);
+  [[nodiscard]] std::optional<PermRequest> request() const;
+
+  QPointer<PetStore> m_store;
+  QPointer<QQuickWindow> m_window;
+  bool m_awaitsFrame = false;
+  bool m_isSettled = false;
+  bool m_keysCount = false;
+  Scheduler::Timer m_settling;
+  Scheduler::Timer m_keysSettling;
+};
+
+} // namespace morvo
