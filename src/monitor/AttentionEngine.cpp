@@ -3,6 +3,7 @@
 #include "pet/PetVitals.h"
 
 #include <algorithm>
+#include <cmath>
 #include <tuple>
 
 namespace morvo::AttentionEngine {
@@ -10,8 +11,14 @@ namespace {
 
 /// From this percentage on a quota counts as tight.
 constexpr int pressurePct = 70;
+constexpr int fullPct = 100;
 
 const QString calmHeadline = QStringLiteral("都安静 · 没有要你拍板的事");
+
+int wholePct(double pct) {
+  // A figure that is none counts as nothing used.
+  return std::isnan(pct) ? 0 : static_cast<int>(std::lround(std::clamp<double>(pct, 0, fullPct)));
+}
 
 bool isTight(const SourceLoad &load) { return load.usedPct.value_or(0) >= pressurePct; }
 
@@ -82,6 +89,33 @@ QString explainLoad(const std::optional<SourceLoad> &tightest) {
 }
 
 } // namespace
+
+SourceLoad sourceLoad(const DetectedAgent &agent, const LearnedPct &learnedPct) {
+  SourceLoad load{.id = agent.id,
+                  .name = agent.name,
+                  .windowTokens = agent.windowTokens,
+                  .weekTokens = agent.weekTokens};
+  if (agent.liveLimit) {
+    load.trust = QuotaTrust::live;
+    load.usedPct = wholePct(agent.liveLimit->primaryPct);
+    load.weekPct = wholePct(agent.liveLimit->weeklyPct);
+  } else if (agent.windowTokens >= 1) {
+    load.trust = QuotaTrust::calibrated;
+    load.usedPct = std::clamp(learnedPct(agent.windowTokens), 0, fullPct);
+  } else if (agent.weekTokens > 0) {
+    load.trust = QuotaTrust::metered;
+  }
+  return load;
+}
+
+std::vector<SourceLoad> sourceLoads(const std::vector<DetectedAgent> &agents,
+                                    const LearnedPct &learnedPct) {
+  std::vector<SourceLoad> loads;
+  std::ranges::transform(
+      agents, std::back_inserter(loads),
+      [&learnedPct](const DetectedAgent &agent) { return sourceLoad(agent, learnedPct); });
+  return loads;
+}
 
 std::vector<AttentionItem> rank(const AttentionSnapshot &snapshot) {
   std::vector<AttentionItem> items;

@@ -3,14 +3,28 @@
 #include "monitor/AttentionItem.h"
 #include "monitor/AttentionSnapshot.h"
 #include "monitor/SourceLoad.h"
+#include "usage/DetectedAgent.h"
 
 #include <QString>
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
 /// What, of all that is going on, deserves the user's eye now, and how to say it. Pure functions.
 namespace morvo::AttentionEngine {
+
+/// How full the 5-hour window is by what was learned of earlier ones, in percent.
+using LearnedPct = std::function<int(std::int64_t windowTokens)>;
+
+/// How much of its quota the agent has used: by its official figures where there are any, else by
+/// `learnedPct` of its tokens, which is asked only then.
+[[nodiscard]] SourceLoad sourceLoad(const DetectedAgent &agent, const LearnedPct &learnedPct);
+
+/// The same for each of the agents, in their order.
+[[nodiscard]] std::vector<SourceLoad> sourceLoads(const std::vector<DetectedAgent> &agents,
+                                                  const LearnedPct &learnedPct);
 
 /// The items by importance, those of one kind by their id; never empty: when nothing deserves the
 /// eye, one item says so. Makes no items of the kinds `running` and `connectorGap`.

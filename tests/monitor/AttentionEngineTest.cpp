@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -96,6 +97,87 @@ INSTANTIATE_TEST_SUITE_P(ShortTokens, SourceLoadPrimaryLine,
                                          Line{1, QuotaTrust::live, 1250000, "5h 1% · 1.2M"},
                                          Line{1, QuotaTrust::live, 12345678900,
                                               "5h 1% · 12345.7M"}));
+
+// Loads.
+
+int notAsked(std::int64_t /*windowTokens*/) {
+  ADD_FAILURE() << "an estimate was asked for";
+  return 0;
+}
+
+DetectedAgent agent(std::int64_t windowTokens, std::int64_t weekTokens) {
+  return {.id = text("claude"),
+          .name = text("Claude Code"),
+          .windowTokens = windowTokens,
+          .weekTokens = weekTokens};
+}
+
+struct LiveRow {
+  double primary;
+  double weekly;
+  int usedPct;
+  int weekPct;
+};
+
+class SourceLoadLive : public testing::TestWithParam<LiveRow> {};
+
+TEST_P(SourceLoadLive, TakesTheOfficialFiguresRoundedAndClamped) {
+  const auto &[primary, weekly, usedPct, weekPct] = GetParam();
+  DetectedAgent found = agent(1500, 9000);
+  found.liveLimit = LiveRateLimit{.primaryPct = primary, .weeklyPct = weekly};
+  EXPECT_EQ(AttentionEngine::sourceLoad(found, notAsked), (SourceLoad{.id = text("claude"),
+                                                                      .name = text("Claude Code"),
+                                                                      .usedPct = usedPct,
+                                                                      .weekPct = weekPct,
+                                                                      .trust = QuotaTrust::live,
+                                                                      .windowTokens = 1500,
+                                                                      .weekTokens = 9000}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, SourceLoadLive,
+                         testing::Values(LiveRow{69.6, 0.4, 70, 0}, LiveRow{69.4, 0.5, 69, 1},
+                                         LiveRow{-3, 100.6, 0, 100}, LiveRow{1e300, -1e300, 100, 0},
+                                         LiveRow{std::numeric_limits<double>::infinity(),
+                                                 std::numeric_limits<double>::quiet_NaN(), 100,
+                                                 0}));
+
+TEST(SourceLoadTest, WithoutOfficialFiguresTheWindowIsEstimatedByItsTokens) {
+  std::vector<std::int64_t> asked;
+  const auto learned = [&asked](std::int64_t tokens) {
+    asked.push_back(tokens);
+    return 42;
+  };
+  const auto load = AttentionEngine::sourceLoad(agent(1, 0), learned);
+  EXPECT_EQ(asked, std::vector<std::int64_t>{1});
+  EXPECT_EQ(load.trust, QuotaTrust::calibrated);
+  EXPECT_EQ(load.usedPct, 42);
+  EXPECT_EQ(load.weekPct, std::nullopt);
+}
+
+TEST(SourceLoadTest, AnEstimateIsClamped) {
+  EXPECT_EQ(AttentionEngine::sourceLoad(agent(9, 0), [](auto) { return 250; }).usedPct, 100);
+  EXPECT_EQ(AttentionEngine::sourceLoad(agent(9, 0), [](auto) { return -1; }).usedPct, 0);
+}
+
+TEST(SourceLoadTest, WithAWeekOnlyTheCountIsMeteredAndWithNothingMissing) {
+  const auto metered = AttentionEngine::sourceLoad(agent(0, 1), notAsked);
+  EXPECT_EQ(metered.trust, QuotaTrust::metered);
+  EXPECT_EQ(metered.usedPct, std::nullopt);
+  EXPECT_EQ(metered.weekPct, std::nullopt);
+  EXPECT_EQ(metered.weekTokens, 1);
+  EXPECT_EQ(AttentionEngine::sourceLoad(agent(0, 0), notAsked).trust, QuotaTrust::missing);
+  EXPECT_EQ(AttentionEngine::sourceLoad(agent(-5, -5), notAsked).trust, QuotaTrust::missing);
+}
+
+TEST(SourceLoadTest, TheLoadsStandInTheOrderOfTheAgents) {
+  DetectedAgent second = agent(0, 7);
+  second.id = text("codex");
+  const auto loads = AttentionEngine::sourceLoads({agent(0, 3), second}, notAsked);
+  ASSERT_EQ(loads.size(), 2U);
+  EXPECT_EQ(loads.front().id, text("claude"));
+  EXPECT_EQ(loads.back().id, text("codex"));
+  EXPECT_EQ(loads.back().weekTokens, 7);
+}
 
 TEST(AttentionEngineTest, APendingApprovalComesBeforeADoneEvent) {
   AttentionSnapshot snapshot;
