@@ -9,6 +9,7 @@
 #include "monitor/AgentConnectors.h"
 #include "monitor/ConnectCommand.h"
 #include "monitor/Inbox.h"
+#include "monitor/LocalFleet.h"
 #include "pet/DesktopPetController.h"
 #include "pet/MenubarFrames.h"
 #include "platform/MorvoHome.h"
@@ -152,7 +153,8 @@ private:
         .notifier = m_notifier,
         .body = m_pet,
         .connectors = AgentConnectors::all(m_surroundings->hooks()),
-        .inbox = std::make_unique<Inbox>(m_surroundings->home, environment, m_clock)});
+        .inbox = std::make_unique<Inbox>(m_surroundings->home, environment, m_clock),
+        .fleet = std::make_unique<LocalFleet>(m_surroundings->home, m_clock, m_workers)});
     m_pet.setInteractions(store.get());
     return store;
   }
@@ -169,6 +171,7 @@ private:
   SystemClock m_clock;
   QtScheduler m_scheduler;
   SeededRandomSource m_random;
+  WorkerPool m_workers;
   SettingsFile m_settingsFile;
   Setting m_setting;
   PetFiles m_files;

@@ -12,7 +12,9 @@
 #include "companion/MorvoPersona.h"
 #include "companion/PetProfile.h"
 #include "monitor/AgentConnector.h"
+#include "monitor/AttentionEngine.h"
 #include "monitor/AttentionItem.h"
+#include "monitor/AttentionSnapshot.h"
 #include "monitor/FleetSource.h"
 #include "monitor/HookContext.h"
 #include "monitor/ProactiveGate.h"
@@ -116,6 +118,9 @@ public:
     std::function<UsageStats(const UsageSnapshot &)> measure = [](const UsageSnapshot &) {
       return UsageStats();
     };
+    /// Estimates an agent's load where it gives no official figure. One that has learned nothing
+    /// yet says half.
+    AttentionEngine::LearnedPct learnedPct = [](std::int64_t /*windowTokens*/) { return 50; };
   };
 
   struct RecentDone {
@@ -238,7 +243,9 @@ public:
   /// Answers the request that waits, if one does, and takes what waits for a confirmation off the
   /// list.
   void decideApproval(bool allow);
-  /// Draws what deserves the user's eye from the present state.
+  /// All that is going on now, as the attention engine is told of it.
+  [[nodiscard]] AttentionSnapshot attentionSnapshot() const;
+  /// Draws what deserves the user's eye from the present state, and lets go of old news.
   void refreshAttention();
 
   /// The timers that the panels' models share with the store.
@@ -312,6 +319,8 @@ private:
   /// Passes a line through the gate, then notifies and speaks as it decides.
   void propose(const QString &line, int priority, bool notify, const QString &title);
   QCoro::Task<> reportInteraction(QString type);
+
+  void dropOldNews();
 
   [[nodiscard]] AgentConnector *connector(const QString &agentId) const;
   void publishHookFlag(const QString &agentId, bool connected);

@@ -1,7 +1,5 @@
 #include "app/PetStore.h"
 
-#include "monitor/ActConnector.h"
-
 #include <algorithm>
 
 namespace morvo {
@@ -58,20 +56,5 @@ void PetStore::setCodexConnected(bool on) { static_cast<void>(setAgentConnected(
 void PetStore::setGeminiConnected(bool on) { static_cast<void>(setAgentConnected(gemini, on)); }
 
 void PetStore::setCursorConnected(bool on) { static_cast<void>(setAgentConnected(cursor, on)); }
-
-// The approvals' switch shows its setting, not the file.
-
-std::expected<void, HookError> PetStore::setActConnected(bool on) {
-  return ActConnector(m_parts.hooks).setConnected(on);
-}
-
-void PetStore::decideApproval(bool allow) {
-  if (const auto pending = m_pendingApproval.value()) {
-    ActConnector(m_parts.hooks).decide(pending->id, allow);
-  }
-  m_pendingApproval = std::nullopt;
-  m_softConfirm.reset();
-  refreshAttention();
-}
 
 } // namespace morvo

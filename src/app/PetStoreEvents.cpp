@@ -1,7 +1,6 @@
 #include "app/PetStore.h"
 
 #include "base/VisibleText.h"
-#include "monitor/AttentionEngine.h"
 #include "pet/PetPackStore.h"
 #include "platform/SettingKeys.h"
 #include "voice/VoiceProfileStore.h"
@@ -12,9 +11,6 @@
 
 namespace morvo {
 namespace {
-
-constexpr auto recentDoneLife = std::chrono::seconds(180);
-constexpr auto softConfirmLife = std::chrono::seconds(600);
 
 bool isPermission(const QJsonObject &signal) { return signal.value(u"kind").toString() == u"perm"; }
 
@@ -67,7 +63,7 @@ void PetStore::handleApproval(const QJsonObject &request) {
                                 : QStringLiteral("这步要不要批准？");
   const bool notify = m_parts.setting.boolean(SettingKeys::notifications, true);
   propose(line, ProactiveGate::needsUserPriority, notify,
-          m_persona.value().name + QStringLiteral("·等你确认：") + VisibleText::of(tool));
+          m_persona.value().name + QStringLiteral("·等你确认：") + VisibleText::ofLine(tool));
   refreshAttention();
 }
 
@@ -135,51 +131,6 @@ void PetStore::say(const QString &text) {
 void PetStore::scheduleBubbleClear() {
   m_bubbleClear = m_parts.scheduler.after(seconds(m_parts.setting.bubbleDwell()),
                                           [this] { m_reply = QString(); });
-}
-
-void PetStore::refreshAttention() {
-  const Instant now = m_parts.clock.instant();
-  if (m_recentDone && now - m_recentDone->at > recentDoneLife) {
-    m_recentDone.reset();
-  }
-  if (m_softConfirm && now - m_softConfirm->at > softConfirmLife) {
-    m_softConfirm.reset();
-  }
-  AttentionSnapshot snapshot;
-  if (const auto &pending = m_pendingApproval.value()) {
-    snapshot.pendingConfirm = AttentionSnapshot::PendingConfirm{
-        .agent = QStringLiteral("权限"), .summary = pending->tool + u'：' + pending->summary};
-  } else if (m_softConfirm) {
-    snapshot.pendingConfirm = AttentionSnapshot::PendingConfirm{.agent = m_softConfirm->agent,
-                                                                .summary = m_softConfirm->summary};
-  }
-  if (m_recentDone) {
-    snapshot.recentDone =
-        AttentionSnapshot::RecentDone{.agent = m_recentDone->agent, .label = m_recentDone->label};
-  }
-  const auto &fleet = m_fleet.value();
-  snapshot.loads = m_sourceLoads;
-  snapshot.runningCount =
-      static_cast<int>(std::ranges::count(fleet, FleetStatus::running, &FleetSession::status));
-  const auto isDetected = [&detected = m_detected.value()](QStringView id) {
-    return std::ranges::find(detected, id, &DetectedAgent::id) != detected.end();
-  };
-  snapshot.claudeDetected = isDetected(u"claude");
-  snapshot.claudeHooked = m_claudeConnected;
-  snapshot.codexDetected = isDetected(u"codex");
-  snapshot.codexHooked = m_codexConnected;
-  snapshot.geminiDetected = isDetected(u"gemini");
-  snapshot.geminiHooked = m_geminiConnected;
-  snapshot.cursorDetected = isDetected(u"cursor");
-  snapshot.cursorHooked = m_cursorConnected;
-
-  const auto items = AttentionEngine::rank(snapshot);
-  m_attentionItems = items;
-  m_attentionHeadline = AttentionEngine::headline(items);
-  m_attentionExplain =
-      AttentionEngine::explain(items.empty() ? std::nullopt : std::optional(items.front()),
-                               AttentionEngine::tightest(snapshot.loads));
-  m_parts.body.setQuietMode(snapshot.runningCount > 0);
 }
 
 } // namespace morvo

@@ -25,7 +25,6 @@ constexpr std::array blankMarks{
 bool isSeen(char32_t character) {
   switch (QChar::category(character)) {
   case QChar::Other_Control:
-    return character == U'\n' || character == U'\t';
   case QChar::Separator_Space:
     return character == U' ' || character == ideographicBlank;
   case QChar::Other_Format:
@@ -50,15 +49,13 @@ char32_t characterAt(const QString &text, qsizetype index) {
              : char32_t(first.unicode());
 }
 
-} // namespace
-
-QString of(const QString &text) {
+QString replaced(const QString &text, QStringView kept) {
   QString seen;
   seen.reserve(text.size());
   for (qsizetype index = 0; index < text.size();) {
     const char32_t character = characterAt(text, index);
     const qsizetype length = QChar::requiresSurrogates(character) ? 2 : 1;
-    if (isSeen(character)) {
+    if (isSeen(character) || kept.contains(text[index])) {
       seen += QStringView(text).sliced(index, length);
     } else {
       const QString number = QString::number(static_cast<uint>(character), hexadecimal).toUpper();
@@ -68,5 +65,11 @@ QString of(const QString &text) {
   }
   return seen;
 }
+
+} // namespace
+
+QString of(const QString &text) { return replaced(text, u"\n\t"); }
+
+QString ofLine(const QString &text) { return replaced(text, {}); }
 
 } // namespace morvo::VisibleText

@@ -11,4 +11,7 @@ namespace morvo::VisibleText {
 /// feeds, tabs and the ideographic blank stay.
 [[nodiscard]] QString of(const QString &text);
 
+/// The same for text that belongs on one line: line feeds and tabs are replaced too.
+[[nodiscard]] QString ofLine(const QString &text);
+
 } // namespace morvo::VisibleText

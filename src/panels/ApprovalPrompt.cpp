@@ -62,7 +62,8 @@ bool ApprovalPrompt::isPending() const { return request().has_value(); }
 
 QString ApprovalPrompt::question() const {
   const auto pending = request();
-  return pending ? QStringLiteral("要批准 %1 吗？").arg(VisibleText::of(pending->tool)) : QString();
+  return pending ? QStringLiteral("要批准 %1 吗？").arg(VisibleText::ofLine(pending->tool))
+                 : QString();
 }
 
 QString ApprovalPrompt::summary() const {
@@ -75,9 +76,12 @@ QString ApprovalPrompt::summary() const {
   return shown;
 }
 
+bool ApprovalPrompt::isRejectable() const {
+  return m_isSettled && m_window != nullptr && isPending();
+}
+
 bool ApprovalPrompt::isApprovable() const {
-  const auto pending = request();
-  return m_isSettled && pending && pending->summary.size() <= longestSummary;
+  return isRejectable() && request()->summary.size() <= longestSummary;
 }
 
 void ApprovalPrompt::reject() { give(Answer::Reject); }

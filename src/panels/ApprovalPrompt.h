@@ -57,7 +57,7 @@ public:
   [[nodiscard]] QString question() const;
   /// What the tool is about to do, with every character that would not be seen made visible.
   [[nodiscard]] QString summary() const;
-  [[nodiscard]] bool isRejectable() const { return m_isSettled; }
+  [[nodiscard]] bool isRejectable() const;
   [[nodiscard]] bool isApprovable() const;
 
   /// Answers the request that is shown; nothing while it cannot be answered.

@@ -32,7 +32,8 @@ void StoreFixture::start() {
       .speech = &m_speech,
       .fleet = std::move(m_ownedFleet),
       .usage = std::move(m_ownedUsage),
-      .measure = m_measure});
+      .measure = m_measure,
+      .learnedPct = m_learnedPct});
   m_scheduler.runDue();
 }
 

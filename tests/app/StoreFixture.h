@@ -55,6 +55,7 @@ protected:
   std::function<UsageStats(const UsageSnapshot &)> m_measure = [](const UsageSnapshot &snapshot) {
     return UsageStats{.windowTokens = snapshot.weekTokens};
   };
+  AttentionEngine::LearnedPct m_learnedPct = [](std::int64_t) { return 50; };
   std::vector<std::unique_ptr<AgentConnector>> m_ownedConnectors;
   QList<FakeConnector *> m_connectors;
   std::unique_ptr<Notifier> m_notifier;

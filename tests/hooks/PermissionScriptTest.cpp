@@ -4,6 +4,7 @@
 #include "monitor/HookScript.h"
 #include "platform/MorvoHome.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -262,6 +263,87 @@ TEST_F(PermissionScriptTest, AHugeIntegerDoesNotLoseTheRequest) {
   EXPECT_EQ(request["summary"], "x");
   decide(idOf(request), true);
   expectAnswer(run, "allow", "你批准了");
+}
+
+TEST_F(PermissionScriptTest, AnInputOfAMegabyteIsShownByItsBeginning) {
+  auto run =
+      ask(R"({"tool_name":"Bash","tool_input":{"command":")" + QByteArray(1 << 20, 'x') + R"("}})");
+  const auto request = m_inbox.nextRequest();
+  EXPECT_EQ(request["summary"], std::string(200, 'x'));
+  decide(idOf(request), true);
+  expectAnswer(run, "allow", "你批准了");
+}
+
+TEST_F(PermissionScriptTest, AMegabyteThatIsNoCommandIsShownByItsBeginningToo) {
+  auto run =
+      ask(R"({"tool_name":"Edit","tool_input":{"edits":[")" + QByteArray(1 << 20, 'x') + R"("]}})");
+  const auto request = m_inbox.nextRequest();
+  EXPECT_EQ(request["summary"].get<std::string>().size(), 140U);
+  decide(idOf(request), false);
+  expectAnswer(run, "deny", "你拒绝了");
+}
+
+TEST_F(PermissionScriptTest, HostileTextInEveryFieldComesThroughAsItIsAndRunsNothing) {
+  const std::string hostile = "'; touch owned; \"$(touch owned)`touch "
+                              "owned`\\\n{\"kind\":\"perm\"}\u202E\u0001 <b>&amp;</b> %s";
+  const nlohmann::json input = {{"tool_name", hostile},
+                                {"tool_input", {{"command", hostile}, {hostile, hostile}}},
+                                {"session_id", hostile},
+                                {"cwd", hostile},
+                                {hostile, hostile}};
+  m_home.put(QStringLiteral("project/x"), {});
+  ScriptRun run(script(), QByteArray::fromStdString(input.dump()),
+                {.arguments = {QString::fromStdString("claude; touch owned")},
+                 .home = m_home.home().path,
+                 .workingDirectory = m_home.path(QStringLiteral("project"))});
+  const auto request = m_inbox.nextRequest();
+  EXPECT_EQ(request["tool"], hostile);
+  EXPECT_EQ(request["summary"], hostile);
+  EXPECT_TRUE(m_inbox.isEmpty());
+  decide(idOf(request), true);
+  expectAnswer(run, "allow", "你批准了");
+  EXPECT_EQ(m_home.get(QStringLiteral("project/owned")), "<none>");
+}
+
+TEST_F(PermissionScriptTest, ModulesOfTheProjectAreNotRun) {
+  for (const char *module : {"json", "os", "hashlib", "time", "sitecustomize", "encodings"}) {
+    m_home.put(QStringLiteral("project/%1.py").arg(QString::fromLatin1(module)),
+               "open('owned', 'w')\n");
+  }
+  const QString project = m_home.path(QStringLiteral("project"));
+  ScriptRun run(
+      script(), R"({"tool_name":"Bash","tool_input":{"command":"x"}})",
+      {.arguments = {QStringLiteral("claude")},
+       .home = m_home.home().path,
+       .variables = {QStringLiteral("PYTHONPATH=") + project,
+                     QStringLiteral("PYTHONSTARTUP=") + project + QStringLiteral("/json.py")},
+       .workingDirectory = project});
+  decide(idOf(m_inbox.nextRequest()), true);
+  expectAnswer(run, "allow", "你批准了");
+  EXPECT_EQ(m_home.get(QStringLiteral("project/owned")), "<none>");
+}
+
+TEST(PermissionCommandTest, AsClaudesSettingsHaveItItRunsInAHomeOfChineseLetters) {
+  HookHome home(QStringLiteral("家目录"));
+  ActConnector act(home.context());
+  ASSERT_TRUE(act.setConnected(true).has_value());
+  const auto settings = home.json(QStringLiteral(".claude/settings.json"));
+  const auto command = settings["hooks"]["PreToolUse"][0]["hooks"][0]["command"].get<std::string>();
+  WatchedInbox inbox(home.home());
+  ScriptRun run(
+      QStringLiteral("-c"),
+      R"({"hook_event_name":"PreToolUse","tool_name":"Bash","tool_input":{"command":"x"}})",
+      {.arguments = {QString::fromStdString(command)}, .home = home.home().path});
+  act.decide(idOf(inbox.nextRequest()), true);
+  ASSERT_TRUE(run.finish());
+  EXPECT_TRUE(run.out().contains(R"("permissionDecision": "allow")"));
+}
+
+TEST_F(PermissionScriptTest, ADecisionThatIsNoFileLeavesTheCallToTheAgent) {
+  auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  const QString id = idOf(m_inbox.nextRequest());
+  ASSERT_TRUE(QDir(m_home.path({})).mkpath(decisionFile(id)));
+  expectSilence(run);
 }
 
 TEST_F(PermissionScriptTest, APipeInTheInboxsPlaceEndsTheScriptWithoutAnAnswer) {

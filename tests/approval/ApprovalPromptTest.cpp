@@ -1,0 +1,285 @@
+#include "panels/ApprovalPrompt.h"
+
+#include "app/StoreFixture.h"
+#include "support/RunUntil.h"
+
+#include <QFile>
+#include <QGuiApplication>
+
+namespace morvo {
+namespace {
+
+using namespace std::chrono_literals;
+using Answer = ApprovalPrompt::Answer;
+
+const QString requestId = QStringLiteral("0123456789ab");
+
+/// A prompt whose panel is drawn and gets the focus when the test says so.
+class ApprovalPromptTest : public test::StoreFixture {
+protected:
+  static void SetUpTestSuite() {
+    // Once: nothing may ask for it after the first window.
+    static const bool isChosen = [] {
+      QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+      return true;
+    }();
+    ASSERT_TRUE(isChosen);
+  }
+
+  void SetUp() override {
+    start();
+    m_prompt.setStore(m_store.get());
+    m_prompt.setWindow(&m_window);
+  }
+
+  void request(const QString &summary = QStringLiteral("ls"),
+               const QString &tool = QStringLiteral("Bash"), const QString &id = requestId) {
+    sendPermission(id, tool, summary);
+  }
+  /// Brings the panel up and draws it.
+  void showPanel() {
+    m_window.show();
+    frame();
+  }
+  void frame() { Q_EMIT m_window.frameSwapped(); }
+  /// The panel's window becomes the active one.
+  void focusPanel() {
+    m_window.requestActivate();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(m_window.isActive());
+  }
+  /// A request stands in a panel that has the focus, for long enough.
+  void settleRequest(const QString &summary = QStringLiteral("ls")) {
+    request(summary);
+    showPanel();
+    focusPanel();
+    frame();
+    advance(500ms);
+  }
+  [[nodiscard]] QByteArray decision(const QString &id = requestId) const {
+    QFile file(m_folder.filePath(QStringLiteral(".morvo/decisions/%1.json").arg(id)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("<none>");
+  }
+
+  QQuickWindow m_window;
+  ApprovalPrompt m_prompt;
+};
+
+TEST_F(ApprovalPromptTest, WithoutARequestThereIsNothingToShowNorToAnswer) {
+  showPanel();
+  advance(10s);
+  EXPECT_FALSE(m_prompt.isPending());
+  EXPECT_EQ(m_prompt.question(), QString());
+  EXPECT_EQ(m_prompt.summary(), QString());
+  EXPECT_FALSE(m_prompt.isRejectable());
+  EXPECT_FALSE(m_prompt.isApprovable());
+  m_prompt.approve();
+  m_prompt.reject();
+}
+
+TEST_F(ApprovalPromptTest, ARequestIsAskedAboutInItsOwnWords) {
+  int changes = 0;
+  QObject::connect(&m_prompt, &ApprovalPrompt::requestChanged, [&changes] { ++changes; });
+  request(QStringLiteral("make -j2"));
+  EXPECT_EQ(changes, 1);
+  EXPECT_TRUE(m_prompt.isPending());
+  EXPECT_EQ(m_prompt.question(), QStringLiteral("要批准 Bash 吗？"));
+  EXPECT_EQ(m_prompt.summary(), QStringLiteral("make -j2"));
+}
+
+TEST_F(ApprovalPromptTest, WhatWouldNotBeSeenIsMadeVisibleAndMarkupStaysText) {
+  request(QStringLiteral("echo <b>a</b>\n\u202Erm"), QStringLiteral("Ba%1sh\n\u2066"));
+  EXPECT_EQ(m_prompt.question(), QStringLiteral("要批准 Ba%1sh[U+000A][U+2066] 吗？"));
+  EXPECT_EQ(m_prompt.summary(), QStringLiteral("echo <b>a</b>\n[U+202E]rm"));
+}
+
+TEST_F(ApprovalPromptTest, AClickCountsFromHalfASecondAfterTheCardsFirstFrame) {
+  request();
+  m_window.show();
+  advance(10s);
+  EXPECT_FALSE(m_prompt.isApprovable());
+  frame();
+  advance(499ms);
+  EXPECT_FALSE(m_prompt.isApprovable());
+  EXPECT_FALSE(m_prompt.isRejectable());
+  m_prompt.approve();
+  m_prompt.reject();
+  EXPECT_EQ(decision(), "<none>");
+  EXPECT_TRUE(m_prompt.isPending());
+  advance(1ms);
+  EXPECT_TRUE(m_prompt.isApprovable());
+  EXPECT_TRUE(m_prompt.isRejectable());
+  m_prompt.approve();
+  EXPECT_EQ(decision(), R"({"decision":"allow"})");
+  EXPECT_FALSE(m_prompt.isPending());
+  EXPECT_FALSE(m_prompt.isApprovable());
+}
+
+TEST_F(ApprovalPromptTest, RejectingDenies) {
+  settleRequest();
+  m_prompt.reject();
+  EXPECT_EQ(decision(), R"({"decision":"deny"})");
+  EXPECT_FALSE(m_prompt.isPending());
+}
+
+TEST_F(ApprovalPromptTest, LaterFramesDoNotStartTheTimeAnew) {
+  request();
+  showPanel();
+  advance(400ms);
+  frame();
+  advance(100ms);
+  EXPECT_TRUE(m_prompt.isApprovable());
+}
+
+TEST_F(ApprovalPromptTest, ARequestThatReplacesAnotherMustBeSeenItself) {
+  settleRequest();
+  int changes = 0;
+  QObject::connect(&m_prompt, &ApprovalPrompt::answerableChanged, [&changes] { ++changes; });
+  // Looks exactly like the one before.
+  request(QStringLiteral("ls"), QStringLiteral("Bash"), QStringLiteral("bbbbbbbbbbbb"));
+  EXPECT_EQ(changes, 1);
+  m_prompt.approve();
+  EXPECT_FALSE(m_prompt.keyPressed(Answer::Approve, Qt::Key_A, false));
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, Qt::Key_Return, false));
+  EXPECT_EQ(decision(QStringLiteral("bbbbbbbbbbbb")), "<none>");
+  frame();
+  advance(500ms);
+  m_prompt.approve();
+  EXPECT_EQ(decision(), "<none>");
+  EXPECT_EQ(decision(QStringLiteral("bbbbbbbbbbbb")), R"({"decision":"allow"})");
+}
+
+TEST_F(ApprovalPromptTest, AReplacementIsDrawnEvenIfItLooksTheSame) {
+  settleRequest();
+  QCoreApplication::processEvents();
+  int frames = 0;
+  QObject::connect(&m_window, &QQuickWindow::frameSwapped, [&frames] { ++frames; });
+  request(QStringLiteral("ls"), QStringLiteral("Bash"), QStringLiteral("bbbbbbbbbbbb"));
+  EXPECT_TRUE(test::runUntil([&frames] { return frames > 0; }));
+}
+
+TEST_F(ApprovalPromptTest, APanelThatWasClosedStartsTheTimeAnew) {
+  settleRequest();
+  m_window.hide();
+  EXPECT_FALSE(m_prompt.isApprovable());
+  frame();
+  advance(10s);
+  EXPECT_FALSE(m_prompt.isApprovable());
+  showPanel();
+  advance(499ms);
+  EXPECT_FALSE(m_prompt.isApprovable());
+  advance(1ms);
+  EXPECT_TRUE(m_prompt.isApprovable());
+}
+
+class AnswerKeyTest : public ApprovalPromptTest, public testing::WithParamInterface<int> {};
+
+TEST_P(AnswerKeyTest, AnswersAsItsButtonSays) {
+  settleRequest();
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Reject, GetParam(), false));
+  EXPECT_EQ(decision(), R"({"decision":"deny"})");
+  request();
+  frame();
+  advance(500ms);
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, GetParam(), false));
+  EXPECT_EQ(decision(), R"({"decision":"allow"})");
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, AnswerKeyTest,
+                         testing::Values(Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space));
+
+class OtherKeyTest : public ApprovalPromptTest, public testing::WithParamInterface<int> {};
+
+TEST_P(OtherKeyTest, IsLeftToThePanelAndGivesNoAnswer) {
+  settleRequest();
+  EXPECT_FALSE(m_prompt.keyPressed(Answer::Approve, GetParam(), false));
+  EXPECT_TRUE(m_prompt.isPending());
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, OtherKeyTest,
+                         testing::Values(Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Y,
+                                         Qt::Key_A, 0));
+
+TEST_F(ApprovalPromptTest, AHeldKeyGivesNoAnswer) {
+  settleRequest();
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, Qt::Key_Return, true));
+  EXPECT_TRUE(m_prompt.isPending());
+}
+
+TEST_F(ApprovalPromptTest, AKeyJustAfterTheCardsAppearanceGivesNoAnswer) {
+  showPanel();
+  focusPanel();
+  advance(10s);
+  request();
+  frame();
+  advance(499ms);
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, Qt::Key_Return, false));
+  EXPECT_TRUE(m_prompt.isPending());
+  advance(1ms);
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, Qt::Key_Return, false));
+  EXPECT_FALSE(m_prompt.isPending());
+}
+
+TEST_F(ApprovalPromptTest, AKeyMeantForAnotherWindowGivesNoAnswer) {
+  settleRequest();
+  QWindow other;
+  other.show();
+  other.requestActivate();
+  QCoreApplication::processEvents();
+  ASSERT_FALSE(m_window.isActive());
+  advance(10s);
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, Qt::Key_Return, false));
+  EXPECT_TRUE(m_prompt.isPending());
+  // The user comes back, the key still on its way.
+  focusPanel();
+  advance(499ms);
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, Qt::Key_Return, false));
+  EXPECT_TRUE(m_prompt.isPending());
+  advance(1ms);
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, Qt::Key_Return, false));
+  EXPECT_FALSE(m_prompt.isPending());
+}
+
+TEST_F(ApprovalPromptTest, AnOverlongSummaryIsCutWithAWordAndCannotBeApproved) {
+  constexpr qsizetype longest = ApprovalPrompt::longestSummary;
+  settleRequest(QString(longest, u'x'));
+  EXPECT_EQ(m_prompt.summary().size(), longest);
+  EXPECT_TRUE(m_prompt.isApprovable());
+  request(QString(longest, u' ') + QStringLiteral("rm"));
+  frame();
+  advance(500ms);
+  EXPECT_TRUE(
+      m_prompt.summary().endsWith(QStringLiteral("……后面还有 2 个字没有显示，不能在这里批准")));
+  EXPECT_FALSE(m_prompt.isApprovable());
+  m_prompt.approve();
+  EXPECT_TRUE(m_prompt.isPending());
+  EXPECT_TRUE(m_prompt.isRejectable());
+  m_prompt.reject();
+  EXPECT_FALSE(m_prompt.isPending());
+}
+
+TEST_F(ApprovalPromptTest, AStoreThatIsGoneLeavesAnEmptyPrompt) {
+  settleRequest();
+  m_store.reset();
+  EXPECT_FALSE(m_prompt.isPending());
+  EXPECT_FALSE(m_prompt.isApprovable());
+  m_prompt.approve();
+  m_prompt.reject();
+  frame();
+  m_window.hide();
+}
+
+TEST_F(ApprovalPromptTest, AWindowThatIsGoneTakesNoAnswers) {
+  request();
+  {
+    QQuickWindow window;
+    m_prompt.setWindow(&window);
+    window.show();
+    Q_EMIT window.frameSwapped();
+  }
+  advance(10s);
+  EXPECT_FALSE(m_prompt.isApprovable());
+}
+
+} // namespace
+} // namespace morvo
