@@ -9,7 +9,7 @@ set -euo pipefail
 build_packages=(
   g++ cmake ninja-build ccache mold pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools
-  qcoro-qt6-dev nlohmann-json3-dev libtomlplusplus-dev
+  qcoro-qt6-dev nlohmann-json3-dev libtomlplusplus-dev libsimdjson-dev
   libsecret-1-dev libxcb1-dev libxcb-shape0-dev
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-controls
   qml6-module-qtquick-layouts qml6-module-qtquick-templates

@@ -37,5 +37,11 @@ inline const QString careMilestonePrefix = QStringLiteral("morvo.care.milestone.
 inline const QString personaSelectedId = QStringLiteral("morvo.persona.selectedId");
 inline const QString personaCustoms = QStringLiteral("morvo.persona.customs");
 inline const QString personaCustomLegacy = QStringLiteral("morvo.persona.custom");
+inline const QString usageBlockPeaks = QStringLiteral("morvo.usage.blockPeaks");
+inline const QString usageCurBlockBucket = QStringLiteral("morvo.usage.curBlockBucket");
+inline const QString usageCurBlockPeak = QStringLiteral("morvo.usage.curBlockPeak");
+inline const QString usageWeekPeaks = QStringLiteral("morvo.usage.weekPeaks");
+inline const QString usageCurWeekBucket = QStringLiteral("morvo.usage.curWeekBucket");
+inline const QString usageCurWeekPeak = QStringLiteral("morvo.usage.curWeekPeak");
 
 } // namespace morvo::SettingKeys

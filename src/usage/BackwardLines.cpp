@@ -13,7 +13,7 @@ BackwardLines::BackwardLines(int descriptor, qint64 size, QByteArray marker, qsi
     : m_descriptor(descriptor), m_position(size), m_marker(std::move(marker)), m_block(block) {}
 
 QByteArray BackwardLines::previousBlock() {
-  const qsizetype length = std::min<qint64>(m_block, m_position);
+  const qsizetype length = std::min<qint64>(m_block, m_position - m_begin);
   QByteArray block(length, Qt::Uninitialized);
   qsizetype done = 0;
   while (done < length) {
@@ -65,13 +65,13 @@ void BackwardLines::each(const std::function<bool(const QByteArray &)> &take,
   // The part of a line that has been read, while its beginning has not.
   QByteArray pending;
   bool isTooLong = false;
-  while (m_position > 0 && !stop.stop_requested()) {
+  while (m_position > m_begin && !stop.stop_requested()) {
     QByteArray text = previousBlock();
     if (text.isEmpty()) {
       return;
     }
     const qsizetype lineFeed = text.indexOf('\n');
-    if (lineFeed < 0 && m_position > 0) {
+    if (lineFeed < 0 && m_position > m_begin) {
       isTooLong = isTooLong || pending.size() + text.size() > longestLine;
       pending = isTooLong ? QByteArray() : text + pending;
       continue;
@@ -82,7 +82,7 @@ void BackwardLines::each(const std::function<bool(const QByteArray &)> &take,
     }
     text += pending;
     isTooLong = false;
-    const qsizetype complete = m_position > 0 ? lineFeed + 1 : 0;
+    const qsizetype complete = m_position > m_begin ? lineFeed + 1 : 0;
     if (search(QByteArrayView(text).sliced(complete), take)) {
       return;
     }

@@ -19,6 +19,9 @@ public:
   /// looked at. The block size is a parameter for tests.
   BackwardLines(int descriptor, qint64 size, QByteArray marker, qsizetype block = standardBlock);
 
+  /// Looks at nothing before that offset, where a line begins.
+  void setBegin(qint64 begin) { m_begin = begin; }
+
   /// Hands over each line with the marker, without its line feed, until `take` gives true, the
   /// beginning is reached, reading fails or `stop` is requested.
   void each(const std::function<bool(const QByteArray &)> &take, const std::stop_token &stop);
@@ -31,6 +34,7 @@ private:
 
   int m_descriptor;
   qint64 m_position;
+  qint64 m_begin = 0;
   QByteArray m_marker;
   qsizetype m_block;
 };

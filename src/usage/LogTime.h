@@ -13,4 +13,7 @@ namespace morvo::LogTime {
 /// behind one. Nothing when that is no date either.
 [[nodiscard]] std::optional<WallTime> parse(std::string_view text);
 
+/// So many hours before; the ends of the calendar for what lies beyond them.
+[[nodiscard]] WallTime hoursBefore(WallTime now, double hours);
+
 } // namespace morvo::LogTime

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QJsonValue>
+
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string_view>
 
 /// Arithmetic on token counts out of files that anybody may have written: it ends at the limits of
@@ -29,8 +32,13 @@ namespace morvo::TokenCount {
 /// The number without its fraction; 0 for what is no number.
 [[nodiscard]] std::int64_t fromReal(double number);
 
-/// What a text of decimal digits with an optional sign says, and nothing but that; false for any
-/// other text, which leaves `count` alone.
-[[nodiscard]] bool fromDecimal(std::string_view text, std::int64_t &count);
+/// What a text of decimal digits with an optional sign says; nothing for any other text.
+[[nodiscard]] std::optional<std::int64_t> fromDecimal(std::string_view text);
+
+/// The whole number that a JSON number's text stands for; 0 for one with a fraction and for what is
+/// no number.
+[[nodiscard]] std::int64_t fromWhole(std::string_view number);
+/// The same of a value that has been read.
+[[nodiscard]] std::int64_t fromWhole(const QJsonValue &value);
 
 } // namespace morvo::TokenCount

@@ -15,6 +15,9 @@ struct TokenPrice {
   /// price of a middle one.
   [[nodiscard]] static TokenPrice ofModel(std::string_view model);
 
+  /// US dollars for tokens that went in, came out and were written to a cache.
+  [[nodiscard]] double of(std::int64_t in, std::int64_t out, std::int64_t written) const;
+
   /// US dollars for tokens of which nobody knows how many went in and how many came out: half and
   /// half, an odd token costing nothing.
   [[nodiscard]] double ofMixed(std::int64_t tokens) const;

@@ -33,9 +33,6 @@ public:
   [[nodiscard]] std::vector<TokenEvent> codexEvents(double sinceHours,
                                                     const std::stop_token &stop = {});
 
-  /// Bytes of logs read since this reader was made; for tests and benchmarks.
-  [[nodiscard]] std::uint64_t bytesRead() const;
-
 private:
   class Memory;
   std::unique_ptr<Memory> m_memory;

@@ -1,0 +1,97 @@
+#include "usage/JsonArrayText.h"
+
+#include <utility>
+
+namespace morvo {
+namespace {
+
+bool isSpace(char byte) { return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n'; }
+
+} // namespace
+
+JsonArrayText::JsonArrayText(Take take) : m_take(std::move(take)) {}
+
+bool JsonArrayText::feed(std::string_view bytes) {
+  // Where the part of the present object in these bytes begins.
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const bool isInside =
+        m_place == Place::object || m_place == Place::text || m_place == Place::escape;
+    if (!isInside) {
+      if (!outside(bytes[i])) {
+        return false;
+      }
+      begin = i;
+      continue;
+    }
+    if (inside(bytes[i])) {
+      keep(bytes.substr(begin, i + 1 - begin));
+      if (!m_isTooLong && !m_take(m_object)) {
+        return false;
+      }
+      m_object.clear();
+      m_isTooLong = false;
+    }
+  }
+  if (m_depth > 0) {
+    keep(bytes.substr(begin));
+  }
+  return true;
+}
+
+void JsonArrayText::keep(std::string_view bytes) {
+  m_isTooLong =
+      m_isTooLong || m_object.size() + static_cast<qsizetype>(bytes.size()) > longestObject;
+  if (m_isTooLong) {
+    m_object.clear();
+  } else {
+    m_object.append(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  }
+}
+
+bool JsonArrayText::outside(char byte) {
+  if (isSpace(byte)) {
+    return true;
+  }
+  switch (m_place) {
+  case Place::before:
+    m_place = Place::first;
+    return byte == '[';
+  case Place::first:
+  case Place::next:
+    if (byte == ']') {
+      const bool isEmpty = m_place == Place::first;
+      m_place = Place::behind;
+      return isEmpty;
+    }
+    m_place = Place::object;
+    m_depth = 1;
+    return byte == '{';
+  case Place::afterObject:
+    m_place = byte == ',' ? Place::next : Place::behind;
+    return byte == ',' || byte == ']';
+  default:
+    return false;
+  }
+}
+
+bool JsonArrayText::inside(char byte) {
+  if (m_place == Place::escape) {
+    m_place = Place::text;
+  } else if (m_place == Place::text) {
+    m_place = byte == '\\' ? Place::escape : byte == '"' ? Place::object : Place::text;
+  } else if (byte == '"') {
+    m_place = Place::text;
+  } else if (byte == '{' || byte == '[') {
+    ++m_depth;
+  } else if (byte == '}' || byte == ']') {
+    --m_depth;
+    if (m_depth == 0) {
+      m_place = Place::afterObject;
+      return true;
+    }
+  }
+  return false;
+}
+
+} // namespace morvo

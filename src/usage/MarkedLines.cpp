@@ -1,0 +1,99 @@
+#include "usage/MarkedLines.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace morvo {
+
+MarkedLines::MarkedLines(std::string_view marker, std::size_t block)
+    : m_marker(marker), m_block(block) {}
+
+void MarkedLines::reserve(std::size_t size) {
+  if (size <= m_capacity) {
+    return;
+  }
+  const std::size_t capacity = std::max(size, std::min(2 * m_capacity, longestLine + m_block));
+  auto buffer = std::make_unique_for_overwrite<char[]>(capacity + padding);
+  if (m_used > 0) {
+    std::memcpy(buffer.get(), m_buffer.get(), m_used);
+  }
+  m_buffer = std::move(buffer);
+  m_capacity = capacity;
+}
+
+void MarkedLines::search(std::size_t begin, std::size_t end, const Take &take, bool isWhole) const {
+  const char *from = m_buffer.get() + begin;
+  const char *const limit = m_buffer.get() + end;
+  while (from < limit) {
+    const auto *const hit = static_cast<const char *>(
+        ::memmem(from, static_cast<std::size_t>(limit - from), m_marker.data(), m_marker.size()));
+    if (hit == nullptr) {
+      return;
+    }
+    const auto *const before =
+        static_cast<const char *>(::memrchr(from, '\n', static_cast<std::size_t>(hit - from)));
+    const auto *const after =
+        static_cast<const char *>(std::memchr(hit, '\n', static_cast<std::size_t>(limit - hit)));
+    const char *const lineBegin = before == nullptr ? from : before + 1;
+    const char *const lineEnd = after == nullptr ? limit : after;
+    const std::string_view line(lineBegin, lineEnd);
+    if (line.size() <= longestLine) {
+      take(line, isWhole);
+    }
+    from = lineEnd + 1;
+  }
+}
+
+void MarkedLines::digest(std::size_t count, std::int64_t position, Place &place, const Take &take) {
+  const char *const block = m_buffer.get() + m_used;
+  const auto *const last = static_cast<const char *>(::memrchr(block, '\n', count));
+  if (last == nullptr) {
+    m_used += count;
+    if (place.isInLongLine || m_used > longestLine) {
+      place = {.offset = position, .isInLongLine = true};
+      m_used = 0;
+    }
+    return;
+  }
+  std::size_t begin = 0;
+  if (place.isInLongLine) {
+    const auto *const first = static_cast<const char *>(std::memchr(block, '\n', count));
+    begin = static_cast<std::size_t>(first + 1 - block);
+  }
+  const auto end = static_cast<std::size_t>(last + 1 - m_buffer.get());
+  search(begin, end, take, true);
+  const std::size_t rest = m_used + count - end;
+  place = {.offset = position - static_cast<std::int64_t>(rest)};
+  std::memmove(m_buffer.get(), m_buffer.get() + end, rest);
+  m_used = rest;
+}
+
+std::optional<MarkedLines::Place> MarkedLines::read(const OpenLog &log, Place place,
+                                                    const Take &take, const std::stop_token &stop) {
+  if (m_capacity > 2 * m_block) {
+    // The last file had long lines; the next need not have.
+    m_capacity = 0;
+    m_buffer.reset();
+  }
+  m_used = 0;
+  std::int64_t position = place.offset;
+  while (position < log.identity().size) {
+    const auto wanted = static_cast<std::size_t>(
+        std::min(static_cast<std::int64_t>(m_block), log.identity().size - position));
+    reserve(m_used + wanted);
+    const auto count = log.read(position, m_buffer.get() + m_used, wanted);
+    if (!count || stop.stop_requested()) {
+      return std::nullopt;
+    }
+    position += static_cast<std::int64_t>(*count);
+    digest(*count, position, place, take);
+    if (*count < wanted) {
+      break;
+    }
+  }
+  search(0, m_used, take, false);
+  return place;
+}
+
+} // namespace morvo
