@@ -33,6 +33,27 @@ QImage cropped(const QImage &picture, const SpriteFrame &frame) {
   return pixels == picture.rect() ? picture : picture.copy(pixels);
 }
 
+/// Rows of the device that are drawn at once. Qt gives a transformed picture of a hundred rows or
+/// more to a pool of threads, and waking them costs more than drawing that much.
+constexpr int mostRows = 64;
+
+/// `area`, in the painter's coordinates, cut at whole rows of its device.
+std::vector<QRectF> bands(const QPainter &painter, const QRectF &area) {
+  const QTransform toDevice = painter.deviceTransform();
+  if (toDevice.type() > QTransform::TxScale || toDevice.m22() <= 0) {
+    return {area};
+  }
+  const QRectF onDevice = toDevice.mapRect(area);
+  const int end = static_cast<int>(std::ceil(onDevice.bottom())) + 1;
+  std::vector<QRectF> parts;
+  for (int top = static_cast<int>(std::floor(onDevice.top())) - 1; top < end; top += mostRows) {
+    const QRectF rows(std::floor(onDevice.left()) - 1, top, std::ceil(onDevice.width()) + 3,
+                      std::min(mostRows, end - top));
+    parts.push_back(toDevice.inverted().mapRect(rows));
+  }
+  return parts;
+}
+
 } // namespace
 
 /// A frame ready to be drawn.
@@ -89,12 +110,10 @@ void ScenePainter::paint(QPainter &painter, const PetScene &scene, const QRectF 
   collect(scene.root(), base, 1, 0, items);
   std::ranges::stable_sort(items, {}, &Item::z);
   for (const Item &item : items) {
-    painter.save();
-    painter.setTransform(item.transform, true);
-    painter.setOpacity(painter.opacity() * item.alpha);
-    drawSprite(painter, item, scale * devicePixelRatio);
+    if (const Prepared *picture = pictureOf(item, scale * devicePixelRatio)) {
+      drawSprite(painter, item, *picture);
+    }
     drawLabel(painter, item);
-    painter.restore();
   }
   std::erase_if(m_shown, [&](const auto &shown) {
     return std::ranges::find(items, shown.first, &Item::node) == items.end();
@@ -121,29 +140,38 @@ void ScenePainter::collect(const Node &node, const QTransform &parent, double al
   }
 }
 
-void ScenePainter::drawSprite(QPainter &painter, const Item &item, double pixelsPerPoint) {
+const ScenePainter::Prepared *ScenePainter::pictureOf(const Item &item, double pixelsPerPoint) {
   const auto &frame = item.node->texture();
   const QSizeF size = item.node->size();
   if (!frame || size.isEmpty()) {
-    return;
+    return nullptr;
   }
   const Prepared found = prepared(*frame, rounded(size * pixelsPerPoint));
   const auto shown =
       found.readable ? m_shown.insert_or_assign(item.node, found).first : m_shown.find(item.node);
-  if (shown == m_shown.end()) {
-    return;
-  }
-  const Prepared &ready = shown->second;
-  if (ready.image.isNull()) {
-    return;
-  }
+  return shown == m_shown.end() || shown->second.image.isNull() ? nullptr : &shown->second;
+}
+
+void ScenePainter::drawSprite(QPainter &painter, const Item &item, const Prepared &picture) {
+  const QSizeF size = item.node->size();
   const QPointF corner(-item.node->anchor().x() * size.width(),
                        -(1 - item.node->anchor().y()) * size.height());
-  const QRectF place(corner.x() + ready.part.x() * size.width(),
-                     corner.y() + ready.part.y() * size.height(), ready.part.width() * size.width(),
-                     ready.part.height() * size.height());
-  painter.setRenderHint(QPainter::SmoothPixmapTransform, ready.smooth);
-  painter.drawImage(place, ready.image);
+  const QRectF place(corner.x() + picture.part.x() * size.width(),
+                     corner.y() + picture.part.y() * size.height(),
+                     picture.part.width() * size.width(), picture.part.height() * size.height());
+  for (const QRectF &band : bands(painter, item.transform.mapRect(place))) {
+    painter.save();
+    painter.setClipRect(band, Qt::IntersectClip);
+    enter(painter, item);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, picture.smooth);
+    painter.drawImage(place, picture.image);
+    painter.restore();
+  }
+}
+
+void ScenePainter::enter(QPainter &painter, const Item &item) {
+  painter.setTransform(item.transform, true);
+  painter.setOpacity(painter.opacity() * item.alpha);
 }
 
 void ScenePainter::drawLabel(QPainter &painter, const Item &item) {
@@ -151,6 +179,8 @@ void ScenePainter::drawLabel(QPainter &painter, const Item &item) {
   if (!label) {
     return;
   }
+  painter.save();
+  enter(painter, item);
   QFont font(label->fontName);
   font.setPixelSize(std::max(qRound(label->fontSize), 1));
   font.setBold(true);
@@ -160,6 +190,7 @@ void ScenePainter::drawLabel(QPainter &painter, const Item &item) {
   const QRectF bounds = metrics.boundingRect(label->text);
   painter.drawText(QPointF(-metrics.horizontalAdvance(label->text) / 2, -bounds.center().y()),
                    label->text);
+  painter.restore();
 }
 
 ScenePainter::Prepared ScenePainter::prepared(const SpriteFrame &frame, QSize pixels) {

@@ -56,7 +56,11 @@ private:
 
   void collect(const Node &node, const QTransform &parent, double alpha, double z,
                std::vector<Item> &items) const;
-  void drawSprite(QPainter &painter, const Item &item, double devicePixelRatio);
+  /// What is to be drawn of the item's frame; null when nothing is. Lives until the next call.
+  [[nodiscard]] const Prepared *pictureOf(const Item &item, double pixelsPerPoint);
+  static void drawSprite(QPainter &painter, const Item &item, const Prepared &picture);
+  /// Brings the painter to the item's place.
+  static void enter(QPainter &painter, const Item &item);
   static void drawLabel(QPainter &painter, const Item &item);
   [[nodiscard]] Prepared prepared(const SpriteFrame &frame, QSize pixels);
   [[nodiscard]] Prepared prepare(const SpriteFrame &frame, QSize pixels);
