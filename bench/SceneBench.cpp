@@ -220,7 +220,7 @@ void weekAsleep(benchmark::State &state) {
     show.sleep(std::chrono::hours(24 * 7));
   }
 }
-BENCHMARK(weekAsleep)->Unit(benchmark::kMicrosecond);
+BENCHMARK(weekAsleep)->Iterations(1000)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 } // namespace morvo

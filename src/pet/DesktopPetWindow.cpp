@@ -200,7 +200,8 @@ void DesktopPetWindow::draw(const QRegion &changed) {
     QPainter painter(m_store.paintDevice());
     const double ratio = m_store.paintDevice()->devicePixelRatioF();
     painter.setClipRegion(dirty);
-    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    // As a source, not as a clearing: Qt fills that by itself and wakes no threads for it.
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.fillRect(dirty.boundingRect(), Qt::transparent);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     if (dirty.intersects(spriteRect())) {
