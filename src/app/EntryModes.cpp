@@ -1,5 +1,6 @@
 #include "app/EntryModes.h"
 
+#include "app/MenubarMode.h"
 #include "app/SceneMode.h"
 #include "base/Diagnostics.h"
 #include "monitor/ConnectSelfTest.h"
@@ -25,6 +26,10 @@ void reportFrames(const Ground &ground, const QString &personaId) {
   Diagnostics::line(u"FRAMES", PetSpritesDebug::report(ground.files, personaId));
 }
 
+void drawMenubar(const Ground &ground, const QString &value) {
+  MenubarMode::run(value.split(separator), ground.files);
+}
+
 void testConnecting(const Ground &ground, const QString & /*value*/) {
   ConnectSelfTest::run(ground.hooks);
 }
@@ -39,6 +44,7 @@ struct Mode {
 constexpr std::array modes{
     Mode{u"MORVO_SCENE", hasFields, renderScene},
     Mode{u"MORVO_FRAMES", isThere, reportFrames},
+    Mode{u"MORVO_MENUBAR", hasFields, drawMenubar},
     Mode{u"MORVO_CONNECT_TEST", isOne, testConnecting},
 };
 

@@ -166,6 +166,55 @@ TEST_F(EntryModesTest, framesOfAnUnknownPetAreReportedAsNone) {
                           u"frames (disk=0)"));
 }
 
+TEST_F(EntryModesTest, theTraysIconsAreDrawnInARowOnADarkStrip) {
+  frames(QStringLiteral("idle"), {Qt::red, Qt::green, Qt::blue});
+  const QString out = path(QStringLiteral("icons.png"));
+  set("MORVO_MENUBAR", pet + u':' + out);
+  EXPECT_TRUE(take());
+  EXPECT_THAT(m_lines,
+              ElementsAre(QStringLiteral("[MENUBAR] ") + out + QStringLiteral(" frames 3")));
+  const QImage strip(out);
+  ASSERT_EQ(strip.size(), QSize(60, 20));
+  const QColor ground = strip.pixelColor(0, 0);
+  EXPECT_LT(ground.lightness(), 100);
+  EXPECT_EQ(ground.saturation(), 0);
+  const QList<QColor> colors{Qt::red, Qt::green, Qt::blue};
+  for (int icon = 0; icon < 3; ++icon) {
+    // Each fills its 18 by 18 and no more.
+    EXPECT_EQ(strip.pixelColor(20 * icon, 10), ground);
+    EXPECT_EQ(strip.pixelColor(20 * icon + 1, 1), colors[icon]);
+    EXPECT_EQ(strip.pixelColor(20 * icon + 18, 18), colors[icon]);
+    EXPECT_EQ(strip.pixelColor(20 * icon + 19, 10), ground);
+  }
+}
+
+TEST_F(EntryModesTest, aPetWithoutTrayIconsGivesAnEmptyStrip) {
+  const QString out = path(QStringLiteral("icons.png"));
+  for (const QString &id : {pet, QString(), QStringLiteral("../x")}) {
+    m_lines.clear();
+    set("MORVO_MENUBAR", id + u':' + out);
+    EXPECT_TRUE(take());
+    EXPECT_THAT(m_lines,
+                ElementsAre(QStringLiteral("[MENUBAR] ") + out + QStringLiteral(" frames 0")));
+    EXPECT_EQ(QImage(out).size(), QSize(20, 20));
+  }
+}
+
+TEST_F(EntryModesTest, trayIconsThatCannotBeWrittenAreToldAllTheSame) {
+  frames(QStringLiteral("idle"), {Qt::red});
+  const QString nowhere = path(QStringLiteral("missing/icons.png"));
+  set("MORVO_MENUBAR", pet + u':' + nowhere + QStringLiteral(":more"));
+  EXPECT_TRUE(take());
+  EXPECT_THAT(m_lines,
+              ElementsAre(QStringLiteral("[MENUBAR] ") + nowhere + QStringLiteral(" frames 1")));
+}
+
+TEST_F(EntryModesTest, aPetAloneIsNoTrayMode) {
+  set("MORVO_MENUBAR", pet);
+  EXPECT_FALSE(take());
+  EXPECT_THAT(m_lines, IsEmpty());
+}
+
 TEST_F(EntryModesTest, theFirstModeInOrderIsTakenAlone) {
   frames(QStringLiteral("idle"), {Qt::red, Qt::green});
   set("MORVO_FRAMES", pet);

@@ -208,5 +208,28 @@ TEST_F(PetStorePetTest, AnotherPersonaBringsItsOwnThings) {
   EXPECT_EQ(m_settings.object(SettingKeys::personaSelectedId)->toString(), QStringLiteral("anime"));
 }
 
+TEST_F(PetStorePetTest, OffersThePresetsThenTheUsersOwnPets) {
+  set(SettingKeys::personaCustoms,
+      QByteArray(R"([{"id":"custom-1","name":"团子","tier":2,"character":"圆"}])"));
+  start();
+  std::vector<PetChoice> expected;
+  for (const MorvoPersona &persona : Personas::presets()) {
+    expected.push_back({persona.id, persona.name, persona.id == u"morvo"});
+  }
+  expected.push_back({QStringLiteral("custom-1"), QStringLiteral("团子"), false});
+  EXPECT_EQ(m_store->petChoices(), expected);
+
+  m_store->choosePet(QStringLiteral("custom-1"));
+  EXPECT_EQ(m_store->persona().name, QStringLiteral("团子"));
+  EXPECT_TRUE(m_store->petChoices().back().isPresent);
+  EXPECT_FALSE(m_store->petChoices().front().isPresent);
+}
+
+TEST_F(PetStorePetTest, ChoosingAPetThatIsGoneChangesNothing) {
+  start();
+  m_store->choosePet(QStringLiteral("custom-9"));
+  EXPECT_EQ(m_store->persona(), Personas::morvo());
+}
+
 } // namespace
 } // namespace morvo

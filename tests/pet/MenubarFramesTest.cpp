@@ -123,7 +123,7 @@ TEST(MenubarFramesTest, aLargeFrameGivesTheIconOfTheSameFrameInSmall) {
   ASSERT_EQ(large.size(), 1U);
   ASSERT_EQ(small.front().size(), large.front().size());
   EXPECT_EQ(std::max(large.front().width(), large.front().height()), 13);
-  for (int y = 0; y < 13; ++y) {
+  for (int y = 0; y < small.front().height(); ++y) {
     for (int x = 0; x < small.front().width(); ++x) {
       const QColor a = small.front().pixelColor(x, y);
       const QColor b = large.front().pixelColor(x, y);
