@@ -1,5 +1,6 @@
 #include "PetDesk.h"
 #include "base/Diagnostics.h"
+#include "pet/BehaviorContext.h"
 #include "platform/SettingKeys.h"
 
 #include <QPointer>
@@ -174,6 +175,62 @@ TEST_F(DesktopPetControllerTest, OffersTheActionsOfTheBuiltInPet) {
   }
   names.sort();
   EXPECT_EQ(names.join(u' '), QStringLiteral("alert celebrate greet idle petted sleep watching"));
+}
+
+TEST_F(DesktopPetControllerTest, AnotherModeIsStoredAndHasThePetDecideAnewInASecond) {
+  m_settings.set(SettingKeys::behaviorMode, QStringLiteral("nonsense"));
+  EXPECT_EQ(m_controller->behaviorMode(), PetBehaviorMode::natural);
+  shown();
+  m_controller->popoverScene().present();
+  // Long enough after everything for the pet to act when it is asked, but just before it would be.
+  m_scheduler.advance(seconds(29));
+  ASSERT_FALSE(m_controller->scene().lastAutonomous());
+  m_controller->setBehaviorMode(PetBehaviorMode::playful);
+  EXPECT_EQ(m_controller->behaviorMode(), PetBehaviorMode::playful);
+  m_scheduler.advance(seconds(0.9));
+  EXPECT_FALSE(m_controller->scene().lastAutonomous());
+  m_scheduler.advance(seconds(0.2));
+  EXPECT_TRUE(m_controller->scene().lastAutonomous());
+  m_controller->popoverScene().advance(m_clock.instant());
+  EXPECT_TRUE(m_controller->popoverScene().lastAutonomous());
+}
+
+TEST_F(DesktopPetControllerTest, OnlyThePetOnTheDesktopWanders) {
+  shown();
+  EXPECT_TRUE(m_controller->scene().directorContext().strollAvailable);
+  EXPECT_FALSE(m_controller->popoverScene().directorContext().strollAvailable);
+}
+
+TEST_F(DesktopPetControllerTest, APlayfulPetWandersByItself) {
+  m_settings.set(SettingKeys::behaviorMode, QStringLiteral("playful"));
+  DesktopPetWindow &window = shown();
+  const QPoint start = window.position();
+  for (int i = 0; i < 120 && window.x() == start.x(); ++i) {
+    m_scheduler.advance(seconds(10));
+  }
+  EXPECT_NE(window.x(), start.x());
+  EXPECT_EQ(window.y(), start.y());
+  EXPECT_EQ(m_controller->scene().lastAutonomous(), QStringLiteral("stroll"));
+}
+
+TEST_F(DesktopPetControllerTest, AQuietPetStaysWhereItIs) {
+  m_settings.set(SettingKeys::behaviorMode, QStringLiteral("playful"));
+  DesktopPetWindow &window = shown();
+  const QPoint start = window.position();
+  m_controller->setQuietMode(true);
+  EXPECT_TRUE(m_controller->popoverScene().isQuiet());
+  m_scheduler.advance(seconds(400));
+  EXPECT_EQ(window.position(), start);
+  EXPECT_FALSE(m_controller->scene().lastAutonomous());
+}
+
+TEST_F(DesktopPetControllerTest, HeartsRiseOnBothStages) {
+  shown();
+  m_controller->popoverScene().present();
+  const auto before = m_controller->scene().root().children().size();
+  m_controller->emitHearts();
+  EXPECT_EQ(m_controller->scene().root().children().size(), before + 5);
+  EXPECT_EQ(m_controller->popoverScene().root().children().size(), before + 5);
 }
 
 } // namespace

@@ -134,7 +134,8 @@ class RealThrowTest : public RealInputTest, public testing::WithParamInterface<T
 TEST_P(RealThrowTest, FliesBouncesAndLandsOnTheFloor) {
   const QPoint way = GetParam().way;
   press();
-  dragInSteps({-6, -6}, 8);
+  // To where there is room on all sides.
+  dragInSteps({-6, 6}, 8);
   dragBy(way);
   const QPoint start = window().position();
   QRect seen(start, window().size());
@@ -169,7 +170,7 @@ INSTANTIATE_TEST_SUITE_P(Directions, RealThrowTest,
 
 TEST_F(RealInputTest, AClickCatchesAFlyingPet) {
   press();
-  dragInSteps({-6, -6}, 8);
+  dragInSteps({-6, 6}, 8);
   dragBy({0, -40});
   release();
   ASSERT_TRUE(PrivateDesktop::waitUntil([this] { return motion().isFlying(); }));
@@ -256,7 +257,7 @@ TEST_F(RealInputTest, IsCarriedAsItsOutlineWithoutACompositor) {
   desktop().stopCompositor();
   ASSERT_TRUE(PrivateDesktop::waitUntil([this] { return !m_windows.isCompositing(); }));
   press();
-  dragInSteps({-6, -6}, 10);
+  dragInSteps({-6, 0}, 10);
   EXPECT_TRUE(screenComesToShow([this](const QImage &image) {
     return !isPaper(image, onScreen(belly())) && isPaper(image, onScreen({4, 4}));
   }));
