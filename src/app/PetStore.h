@@ -239,7 +239,7 @@ public:
   QCoro::Task<> scanSourcesOnly(bool deep);
   /// Turns the approval hook of Claude Code on or off. The setting that the switch shows is the
   /// caller's to write, first: a failed change leaves the two apart.
-  std::expected<void, HookError> setActConnected(bool on);
+  std::expected<void, HookError> setActConnected(bool on) const;
   /// Answers the request that waits, if one does, and takes what waits for a confirmation off the
   /// list.
   void decideApproval(bool allow);

@@ -21,7 +21,7 @@ bool isDetected(const std::vector<DetectedAgent> &agents, QStringView id) {
 
 } // namespace
 
-std::expected<void, HookError> PetStore::setActConnected(bool on) {
+std::expected<void, HookError> PetStore::setActConnected(bool on) const {
   return ActConnector(m_parts.hooks).setConnected(on);
 }
 

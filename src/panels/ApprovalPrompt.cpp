@@ -81,7 +81,8 @@ bool ApprovalPrompt::isRejectable() const {
 }
 
 bool ApprovalPrompt::isApprovable() const {
-  return isRejectable() && request()->summary.size() <= longestSummary;
+  const auto pending = request();
+  return isRejectable() && pending && pending->summary.size() <= longestSummary;
 }
 
 void ApprovalPrompt::reject() { give(Answer::Reject); }
