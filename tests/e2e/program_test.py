@@ -142,6 +142,35 @@ class ProgramTest(unittest.TestCase):
         self.wait_for_line(program, "[DESKPET] shown at")
         self.assertEqual(self.run_program().returncode, 0)
 
+    def test_a_permission_request_of_the_installed_script_is_announced_and_answered(self):
+        self.assertEqual(self.run_program("connect", "claude").returncode, 0)
+        program = self.start()
+        folder = self.home / ".morvo"
+        request = {"hook_event_name": "PreToolUse", "tool_name": "Bash\u202e",
+                   "tool_input": {"command": "make 测试"}}
+        script = subprocess.Popen(
+            ["/bin/sh", folder / "perm.sh", "claude"], stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8",
+            env={**self.environment, "HOME": str(self.home)})
+        self.running.append(script)
+        script.stdin.write(json.dumps(request))
+        script.stdin.close()
+        # Without a service that takes notifications they are lines on standard error.
+        self.wait_for_line(program, "等你确认：Bash[U+202E]")
+        asked = json.loads((folder / "inbox.jsonl").read_text().splitlines()[-1])
+        self.assertEqual(asked["summary"], "make 测试")
+        # Whole at once: what the script finds half written it leaves to the agent.
+        whole = folder / "decision.json"
+        whole.write_text('{"decision":"allow"}')
+        (folder / "decisions").mkdir(mode=0o700, exist_ok=True)
+        whole.rename(folder / "decisions" / f"{asked['id']}.json")
+        answer = json.loads(script.stdout.read())["hookSpecificOutput"]
+        script.stdout.close()
+        self.assertEqual(script.wait(DEADLINE), 0)
+        self.assertEqual(answer["permissionDecision"], "allow")
+        self.assertEqual(list((folder / "decisions").iterdir()), [])
+        self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
+
     def test_a_burst_of_ten_thousand_lines_is_handled(self):
         program = self.start()
         lines = b"".join(
