@@ -15,10 +15,10 @@ constexpr double middleHeight = 160;
 constexpr double halfHeight = 172;
 constexpr double halfWidth = 160;
 
-constexpr QPointF tailRoot(-96, -58);
+constexpr QPointF tailRoot(-84, -66);
 constexpr QPointF stalkRoot(6, -318);
 constexpr QPointF earRoot(116, -264);
-constexpr QPointF armRoot(134, -136);
+constexpr QPointF armRoot(128, -140);
 /// The tail leaves the body to the left.
 constexpr double tailHeading = -84;
 

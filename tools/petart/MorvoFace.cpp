@@ -14,7 +14,7 @@
 namespace morvo::MorvoFace {
 namespace {
 
-constexpr double eyeAround = 27;
+constexpr double eyeAround = 25.5;
 constexpr double eyeHeight = 186;
 constexpr double mouthHeight = 142;
 constexpr double cheekAround = 47;

@@ -36,13 +36,24 @@ QPainterPath bodyShape(double puff) {
   return path;
 }
 
-/// A part of the way along a limb: rounded at the tip.
-double roundTip(double part, double width) {
-  return width * std::sqrt(std::max(1 - part * part * part * part, 0.0));
+/// A flipper: round where it leaves the body, widest behind the middle, round at the tip.
+double flipper(double part) {
+  const double root = 1 - std::min(1.0, part / 0.28);
+  const double widest = 15 + 14 * std::sin(std::numbers::pi * std::min(1.0, part * 0.95));
+  return widest * std::sqrt(1 - 0.72 * root * root) *
+         std::sqrt(std::max(1 - std::pow(part, 3), 0.0));
 }
 
 double leaf(double part, double width) {
   return width * std::pow(std::sin(std::numbers::pi * std::pow(part, 0.72)), 0.8);
+}
+
+/// How far light round this point may reach and still end inside of the canvas.
+double reach(QPointF point) {
+  constexpr double margin = 5;
+  const double away =
+      std::min({point.x(), point.y(), canvasSide - point.x(), canvasSide - point.y()});
+  return std::max(away - margin, 1.0);
 }
 
 /// The halo must end inside of the canvas, wherever the body has gone.
@@ -102,9 +113,7 @@ void paintArm(QPainter &painter, const QTransform &place, const MorvoPose::Fin &
   painter.save();
   painter.setTransform(place, true);
   const QPolygonF spine = Shapes::spine(84, arm.bend * 0.5, arm.bend * 0.5);
-  const QPainterPath shape = Shapes::limb(spine, [](double part) {
-    return roundTip(part, 17 + 13 * std::sin(std::numbers::pi * std::min(1.0, part * 0.9)));
-  });
+  const QPainterPath shape = Shapes::limb(spine, flipper);
   painter.setPen(QPen(outlineBrush(), outlineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Shade::linear(spine.front(), spine.back(),
                                  {{0, QColor(MorvoColors::deep)},
@@ -114,7 +123,7 @@ void paintArm(QPainter &painter, const QTransform &place, const MorvoPose::Fin &
   painter.setBrush(Qt::NoBrush);
   painter.setPen(Shade::roundPen(Shade::faded(MorvoColors::foam, 0.55), 4));
   painter.drawPath(
-      Shapes::openThrough({spine[6] + QPointF(9, 0), spine[9] + QPointF(8, 0), spine[11]}));
+      Shapes::openThrough({spine[8] + QPointF(9, 0), spine[12] + QPointF(8, 0), spine[14]}));
   painter.restore();
 }
 
@@ -134,8 +143,8 @@ void paintTail(QPainter &painter, const QTransform &place, const MorvoPose &pose
     painter.restore();
   }
   painter.restore();
-  const QPainterPath shape =
-      Shapes::limb(spine, [](double part) { return 36 - 22 * std::pow(part, 0.8); });
+  const QPainterPath shape = Shapes::limb(
+      spine, [](double part) { return (31 - 17 * std::pow(part, 0.8)) * (part < 0.05 ? 0.5 : 1); });
   painter.setPen(QPen(outlineBrush(), outlineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Shade::linear(spine.front(), spine.back(),
                                  {{0, QColor(MorvoColors::abyss)}, {1, QColor(0xff59b6fb)}}));
@@ -155,12 +164,14 @@ void paintStalk(QPainter &painter, const QTransform &place, const MorvoPose &pos
 
   const QRgb light = Shade::mixed(MorvoColors::honey, MorvoColors::warning, pose.warning).rgb();
   const double bright = pose.lantern;
+  const double lit = std::min(1.0, 0.25 + bright);
   const QPointF bulb = spine.back();
-  Shade::glow(painter, bulb, 42 + 22 * bright, light, 0.95 * bright);
+  const double halo = std::min(44 + 20 * bright, reach(place.map(bulb)));
+  Shade::glow(painter, bulb, halo, light, 0.95 * bright);
   painter.setBrush(Shade::radial(bulb, 25, bulb - QPointF(7, 8),
                                  {{0, Shade::mixed(light, 0xffffffff, 0.3 + 0.6 * bright)},
-                                  {0.5, Shade::mixed(0xff8d7a5a, light, 0.35 + 0.65 * bright)},
-                                  {1, Shade::mixed(0xff6b5434, 0xfff2a437, bright)}}));
+                                  {0.5, Shade::mixed(0xff8d7a5a, light, lit)},
+                                  {1, Shade::mixed(0xff6b5434, 0xfff2a437, lit)}}));
   painter.setPen(Shade::roundPen(QColor(MorvoColors::honeyEdge), 4));
   painter.drawEllipse(bulb, 23, 23);
   painter.setPen(Qt::NoPen);
@@ -172,12 +183,13 @@ void paintStalk(QPainter &painter, const QTransform &place, const MorvoPose &pos
 void paintBelly(QPainter &painter, const MorvoPose &pose) {
   const QPointF centre = MorvoBones::onSkin(pose, 0, 66).place;
   painter.setPen(Qt::NoPen);
-  painter.setBrush(Shade::radial(centre + QPointF(0, 8), 120,
-                                 {{0, Shade::faded(MorvoColors::foam, 0.96)},
-                                  {0.55, Shade::faded(0xffcdf6ff, 0.9)},
-                                  {0.86, Shade::faded(MorvoColors::bright, 0.62)},
-                                  {1, Shade::faded(MorvoColors::bright, 0)}}));
-  painter.drawEllipse(centre, 112, 78);
+  for (const double rim : {9.0, 4.0, 0.0}) {
+    painter.setBrush(Shade::linear(centre - QPointF(0, 78), centre + QPointF(0, 70),
+                                   {{0, Shade::faded(MorvoColors::foam, rim > 0 ? 0.3 : 0.95)},
+                                    {0.5, Shade::faded(0xffcdf6ff, rim > 0 ? 0.24 : 0.85)},
+                                    {1, Shade::faded(MorvoColors::bright, 0.12)}}));
+    painter.drawEllipse(centre, 106 + rim, 72 + rim);
+  }
   painter.setBrush(Qt::NoBrush);
   painter.setPen(Shade::roundPen(Shade::faded(0xff5fb4ee, 0.42), 3.5));
   for (int fold = 0; fold < 3; ++fold) {
@@ -225,35 +237,37 @@ void paintSpots(QPainter &painter, const MorvoPose &pose) {
   }
 }
 
+/// Shade that follows the outline inside of it, on the side away from `from`. Drawn flat: a ramp
+/// across the whole body would cost more in the files than it shows.
+void paintCrescent(QPainter &painter, const QPainterPath &body, QPointF from, const QColor &color) {
+  painter.setBrush(color);
+  painter.drawPath(body.subtracted(body.translated(from)));
+}
+
 void paintBody(QPainter &painter, const MorvoPose &pose) {
   const QPainterPath body = bodyShape(pose.puff);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(Shade::radial({-24, -176}, 218, {-66, -258},
-                                 {{0, Shade::mixed(MorvoColors::bright, 0xffffffff, 0.25)},
-                                  {0.22, QColor(0xff7fd8ff)},
-                                  {0.5, QColor(MorvoColors::middle)},
+  painter.setBrush(Shade::radial({-20, -186}, 232, {-50, -262},
+                                 {{0, QColor(0xffbcf4ff)},
+                                  {0.22, QColor(0xff85dcff)},
+                                  {0.52, QColor(MorvoColors::middle)},
                                   {0.8, QColor(MorvoColors::deep)},
                                   {1, QColor(MorvoColors::abyss)}}));
   painter.drawPath(body);
 
   painter.save();
   painter.setClipPath(body);
+  painter.setPen(Qt::NoPen);
   paintBelly(painter, pose);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(Shade::linear(
-      {0, -70}, {0, 0},
-      {{0, Shade::faded(MorvoColors::abyss, 0)}, {1, Shade::faded(MorvoColors::abyss, 0.5)}}));
-  painter.drawRect(QRectF(-180, -70, 360, 70));
-  Shade::glow(painter, {44, -336}, 150, 120,
-              Shade::mixed(MorvoColors::honey, MorvoColors::warning, pose.warning).rgb(),
-              0.5 * pose.lantern);
+  // With its glow the whole skin dims: a sleeper is a dark shape.
+  painter.setBrush(Shade::faded(MorvoColors::abyss, std::max(0.0, 0.55 - pose.glow) * 0.75));
+  painter.drawPath(body);
+  for (const double depth : {8.0, 15.0, 24.0}) {
+    paintCrescent(painter, body, {-depth, -depth * 0.8},
+                  Shade::faded(MorvoColors::rim, 0.13 + 0.13 * pose.glow));
+  }
   paintSpots(painter, pose);
-  painter.setBrush(Qt::NoBrush);
-  painter.translate(-7, -6);
-  painter.setPen(Shade::roundPen(Shade::faded(MorvoColors::rim, 0.16 + 0.14 * pose.glow), 20));
-  painter.drawPath(body);
-  painter.setPen(Shade::roundPen(Shade::faded(0xffd4fbff, 0.3 + 0.3 * pose.glow), 7));
-  painter.drawPath(body);
   painter.restore();
 
   painter.setBrush(Qt::NoBrush);

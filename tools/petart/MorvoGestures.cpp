@@ -63,7 +63,7 @@ void addDrops(MorvoPose &pose, double phase, double from, double to) {
     const QPointF centre(242 + side * (14 + reach * since),
                          waterMargin + 12 - rise * since + fall * since * since);
     const double turn = std::atan2(-side * reach, fall * 2 * since - rise) * 180 / std::numbers::pi;
-    pose.drops.push_back({centre, 22.0 + 4 * (index % 3),
+    pose.drops.push_back({centre, 27.0 + 5 * (index % 3),
                           std::min(1.0, 6 * since) * std::min(1.0, 4 * (1 - since)), turn});
   }
 }

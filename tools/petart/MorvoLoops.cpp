@@ -32,7 +32,7 @@ MorvoPose idle(double phase, const MorvoPose &rest) {
   pose.leftEar.turn -= 4 * lateAir + 15 * bump(phase, 0.5, 0.56) - 6 * bump(phase, 0.56, 0.6);
   pose.rightEar.turn -= 4 * lateAir;
   pose.glow = 0.6 + 0.16 * air;
-  pose.lantern = 0.75 + 0.14 * air + 0.1 * up;
+  pose.lantern = 0.8 + 0.12 * air + 0.08 * up;
   addBubble(pose, age(phase, 0.5, 0.42), {302, 346}, {438, 176}, 19);
   return pose;
 }
@@ -54,8 +54,8 @@ MorvoPose sleep(double phase, const MorvoPose &rest) {
   pose.rightArm = {160 - 3 * air, -18};
   pose.tail = 34 + 4 * wave(phase, -0.2);
   pose.tailWhip = 74;
-  pose.stalk = 88 + 4 * wave(phase, -0.15);
-  pose.stalkWhip = 54;
+  pose.stalk = 112 + 4 * wave(phase, -0.15);
+  pose.stalkWhip = 62;
   pose.mouthOpen = 0.12 + 0.1 * air;
   pose.mouthRound = 1;
   // The bubble at its mouth breathes with it.
@@ -63,7 +63,7 @@ MorvoPose sleep(double phase, const MorvoPose &rest) {
   constexpr int letters = 3;
   for (int index = 0; index < letters; ++index) {
     const double since = ageInLoop(phase, static_cast<double>(index) / letters, 1);
-    pose.snores.push_back({{200 - 74 * since + 9 * wave(since * 1.3), 172 - 122 * since},
+    pose.snores.push_back({{204 - 116 * since + 8 * wave(since * 1.3), 176 - 128 * since},
                            18 + 26 * since,
                            std::min({1.0, 6 * since, 4 * (1 - since)}),
                            -10 + 8 * wave(since)});

@@ -35,7 +35,7 @@ MorvoPose celebrate(double phase, const MorvoPose &rest) {
   static const Curve height{{0, 1},
                             {0.1, 0.79},
                             {0.13, 0.78},
-                            {0.18, 1.15, Ease::out},
+                            {0.18, 1.1, Ease::out},
                             {0.26, 1.02},
                             {0.31, 1.04},
                             {0.35, 0.84, Ease::out},
@@ -47,7 +47,7 @@ MorvoPose celebrate(double phase, const MorvoPose &rest) {
                             {0.72, 1}};
   MorvoPose pose = rest;
   squash(pose, height.at(phase));
-  pose.shift.ry() -= 46 * flight(phase, 0.155, 0.335) + 36 * flight(phase, 0.39, 0.555);
+  pose.shift.ry() -= 30 * flight(phase, 0.155, 0.335) + 26 * flight(phase, 0.39, 0.555);
   const double joy = plateau(phase, 0.14, 0.19, 0.86, 0.99);
   const double crouch = plateau(phase, 0.01, 0.09, 0.13, 0.165);
   const double hum = plateau(phase, 0.6, 0.68, 0.88, 0.99);
@@ -91,13 +91,13 @@ MorvoPose celebrate(double phase, const MorvoPose &rest) {
 }
 
 MorvoPose alert(double phase, const MorvoPose &rest) {
-  static const Curve height{{0, 1},       {0.08, 0.87}, {0.15, 1.13, Ease::out},
+  static const Curve height{{0, 1},       {0.08, 0.87}, {0.15, 1.09, Ease::out},
                             {0.24, 1.02}, {0.32, 1.04}, {0.36, 0.87, Ease::out},
                             {0.45, 1.05}, {0.54, 1.01}, {0.84, 1.01},
                             {0.96, 1}};
   MorvoPose pose = rest;
   squash(pose, height.at(phase));
-  pose.shift.ry() -= 40 * flight(phase, 0.11, 0.345);
+  pose.shift.ry() -= 30 * flight(phase, 0.11, 0.345);
   const double alarm = plateau(phase, 0.09, 0.15, 0.84, 0.98);
   const double waving = plateau(phase, 0.36, 0.46, 0.78, 0.92);
   pose.shift.rx() += 3.5 * plateau(phase, 0.36, 0.4, 0.5, 0.6) * wave(phase * 10);
@@ -117,8 +117,8 @@ MorvoPose alert(double phase, const MorvoPose &rest) {
     ear->bend = mix(rest.leftEar.bend, -6, alarm);
   }
   pose.tail += 16 * alarm;
-  pose.stalk = mix(rest.stalk, 34, alarm);
-  pose.stalkWhip = mix(rest.stalkWhip, 22, alarm);
+  pose.stalk = mix(rest.stalk, 52, alarm);
+  pose.stalkWhip = mix(rest.stalkWhip, 26, alarm);
   pose.warning = alarm;
   pose.lantern = mix(rest.lantern, 0.72 + 0.28 * wave(phase * 6), alarm);
   pose.glow = mix(rest.glow, 0.95, alarm);

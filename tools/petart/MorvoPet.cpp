@@ -12,13 +12,13 @@ namespace {
 using Action = MorvoPose (*)(double phase, const MorvoPose &rest);
 
 constexpr std::array sets{
-    FrameSet{u"idle", 64, true},     FrameSet{u"sleep", 60, true},
-    FrameSet{u"watching", 56, true}, FrameSet{u"code", 48, true},
-    FrameSet{u"droop", 48, true},    FrameSet{u"celebrate", 60, false},
-    FrameSet{u"alert", 40, false},   FrameSet{u"greet", 40, false},
-    FrameSet{u"petted", 40, false},  FrameSet{u"curious", 56, false},
-    FrameSet{u"walk", 32, true},     FrameSet{u"carried", 32, true},
-    FrameSet{u"tossed", 24, true},
+    FrameSet{u"idle", 54, true},     FrameSet{u"sleep", 48, true},
+    FrameSet{u"watching", 42, true}, FrameSet{u"code", 40, true},
+    FrameSet{u"droop", 38, true},    FrameSet{u"celebrate", 52, false},
+    FrameSet{u"alert", 34, false},   FrameSet{u"greet", 34, false},
+    FrameSet{u"petted", 34, false},  FrameSet{u"curious", 46, false},
+    FrameSet{u"walk", 24, true},     FrameSet{u"carried", 24, true},
+    FrameSet{u"tossed", 16, true},
 };
 constexpr std::array<Action, sets.size()> actions{
     MorvoActions::idle,   MorvoActions::sleep,     MorvoActions::watching, MorvoActions::code,

@@ -59,7 +59,7 @@ struct MorvoPose {
 
   // Light.
   double glow = 0.6;     ///< Of the skin.
-  double lantern = 0.75; ///< Of the lantern.
+  double lantern = 0.8;  ///< Of the lantern.
   double warning = 0;    ///< Turns the lantern from honey to orange.
   double wavePhase = -1; ///< From 0 to 1: where a wave of light runs along the spots.
 

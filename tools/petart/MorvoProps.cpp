@@ -101,7 +101,7 @@ void paintWater(QPainter &painter, const MorvoPose &pose, const MorvoBones &bone
     painter.translate(bones.skeleton.place(bones.body, {-14, -312}));
     const QPolygonF spine = Shapes::spine(pose.spout + 12, pose.spoutSway);
     const QPainterPath column =
-        Shapes::limb(spine, [](double part) { return 15 - 5 * part + 9 * part * part; });
+        Shapes::limb(spine, [](double part) { return 19 - 7 * part + 11 * part * part; });
     painter.setPen(Shade::roundPen(faded(0xff2f8fe0, 0.9), 4));
     painter.setBrush(
         Shade::linear(spine.front(), spine.back(),
@@ -110,14 +110,14 @@ void paintWater(QPainter &painter, const MorvoPose &pose, const MorvoBones &bone
     painter.setBrush(Qt::NoBrush);
     painter.setPen(Shade::roundPen(faded(0xffffffff, 0.8), 4));
     painter.drawPath(Shapes::openThrough(
-        {spine[3] - QPointF(4, 0), spine[7] - QPointF(4, 0), spine[11] - QPointF(5, 0)}));
+        {spine[4] - QPointF(6, 0), spine[9] - QPointF(5, 0), spine[14] - QPointF(6, 0)}));
     const QPointF top = spine.back();
     painter.setPen(Shade::roundPen(faded(0xff2f8fe0, 0.9), 3.5));
     painter.setBrush(faded(0xffe4faff, 0.95));
     for (const double side : {-1.0, 1.0}) {
-      painter.drawEllipse(top + QPointF(side * 17, 5), 15, 13);
+      painter.drawEllipse(top + QPointF(side * 22, 6), 19, 15);
     }
-    painter.drawEllipse(top - QPointF(0, 4), 17, 15);
+    painter.drawEllipse(top - QPointF(0, 5), 21, 17);
     painter.restore();
   }
   for (const MorvoPose::Floater &drop : pose.drops) {

@@ -18,9 +18,9 @@ MorvoPose walk(double phase, const MorvoPose &rest) {
   pose.shift =
       QPointF(12 + 8 * wave(phase * strokes, -0.12), -2 - 7 * (1 + wave(phase * strokes, -0.2)));
   pose.pivot = 150;
-  pose.tilt = 11 + 4 * wave(phase * strokes, 0.1);
+  pose.tilt = 13 + 4 * wave(phase * strokes, 0.1);
   pose.lean = 0.03;
-  pose.yaw = 36;
+  pose.yaw = 29;
   pose.gaze = {5, -1};
   pose.pitch = -2;
   shut(pose, blink(phase, 0.3, 0.14));

@@ -11,7 +11,7 @@
 namespace morvo::Palette {
 namespace {
 
-constexpr std::size_t mostColors = 256;
+constexpr std::size_t mostColors = 160;
 constexpr int channels = 4;
 using Channels = std::array<double, channels>;
 
@@ -76,21 +76,41 @@ private:
   int m_widest = 0;
 };
 
+int distance(QRgb first, QRgb second) {
+  int sum = 0;
+  for (int index = 0; index < channels; ++index) {
+    sum += std::abs(channel(first, index) - channel(second, index));
+  }
+  return sum;
+}
+
+/// How much a wrong colour would show here: much where the picture is smooth and a step would be
+/// seen as a band, little on an edge.
+std::uint32_t importance(QRgb rgb, QRgb left, QRgb above) {
+  constexpr int smooth = 14;
+  constexpr std::uint32_t onSurface = 16;
+  return distance(rgb, left) + distance(rgb, above) <= smooth ? onSurface : 1;
+}
+
 std::vector<Tone> tonesOf(const QImage &picture) {
-  std::unordered_map<QRgb, std::uint32_t> counts;
-  counts.reserve(1U << 16U);
+  std::unordered_map<QRgb, std::uint32_t> weights;
+  weights.reserve(1U << 16U);
+  const auto lineAt = [&picture](int y) {
+    return reinterpret_cast<const QRgb *>(picture.constScanLine(std::max(y, 0)));
+  };
   for (int y = 0; y < picture.height(); ++y) {
-    const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+    const QRgb *line = lineAt(y);
+    const QRgb *above = lineAt(y - 1);
     for (int x = 0; x < picture.width(); ++x) {
       if (line[x] != nothing) {
-        ++counts[line[x]];
+        weights[line[x]] += importance(line[x], line[std::max(x - 1, 0)], above[x]);
       }
     }
   }
   std::vector<Tone> tones;
-  tones.reserve(counts.size());
-  for (const auto &[rgb, count] : counts) {
-    tones.push_back({rgb, static_cast<double>(count)});
+  tones.reserve(weights.size());
+  for (const auto &[rgb, weight] : weights) {
+    tones.push_back({rgb, static_cast<double>(weight)});
   }
   // The order of a hash table is nobody's promise; the result must not hang on it.
   std::ranges::sort(tones, {}, &Tone::rgb);

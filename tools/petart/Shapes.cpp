@@ -10,7 +10,7 @@
 namespace morvo::Shapes {
 namespace {
 
-constexpr int spinePieces = 12;
+constexpr int spinePieces = 16;
 constexpr double degree = std::numbers::pi / 180;
 
 /// One piece of a curve through `from` and `to` that leaves and arrives as its neighbours ask.
