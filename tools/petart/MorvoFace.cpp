@@ -15,12 +15,12 @@ namespace morvo::MorvoFace {
 namespace {
 
 constexpr double eyeAround = 25.5;
-constexpr double eyeHeight = 186;
+constexpr double eyeHeight = 188;
 constexpr double mouthHeight = 142;
 constexpr double cheekAround = 47;
 constexpr double cheekHeight = 142;
-constexpr double eyeHalfWidth = 33;
-constexpr double eyeHalfHeight = 41;
+constexpr double eyeHalfWidth = 37;
+constexpr double eyeHalfHeight = 46;
 /// Eyes narrower than this are one line.
 constexpr double closed = 0.14;
 
@@ -36,14 +36,14 @@ void paintOpenEye(QPainter &painter, const MorvoPose &pose, double open) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(Shade::linear({0, -height}, {0, height},
                                  {{0, QColor(MorvoColors::pupil)},
-                                  {0.5, QColor(0xff17276b)},
-                                  {0.8, QColor(MorvoColors::iris)},
+                                  {0.55, QColor(0xff142259)},
+                                  {0.85, QColor(MorvoColors::iris)},
                                   {1, QColor(MorvoColors::irisLight)}}));
   painter.drawPath(eye);
   painter.save();
   painter.setClipPath(eye, Qt::IntersectClip);
   const QPointF look = pose.gaze;
-  Shade::glow(painter, look + QPointF(0, height * 0.78), width * 0.95, height * 0.6,
+  Shade::glow(painter, look + QPointF(0, height * 0.78), width * 0.9, height * 0.5,
               MorvoColors::irisLight, 0.9);
   painter.setBrush(Shade::faded(MorvoColors::pupil, 0.75));
   painter.drawEllipse(look + QPointF(0, 3), width * 0.5, height * 0.52);

@@ -59,8 +59,8 @@ double reach(QPointF point) {
 /// The halo must end inside of the canvas, wherever the body has gone.
 void paintAura(QPainter &painter, const QPointF &centre, double glow) {
   constexpr double margin = 5;
-  const double radiusX = std::min({244.0, centre.x() - margin, canvasSide - margin - centre.x()});
-  const double radiusY = std::min({224.0, centre.y() - margin, canvasSide - margin - centre.y()});
+  const double radiusX = std::min({224.0, centre.x() - margin, canvasSide - margin - centre.x()});
+  const double radiusY = std::min({206.0, centre.y() - margin, canvasSide - margin - centre.y()});
   painter.save();
   painter.translate(centre);
   painter.scale(1, radiusY / radiusX);
@@ -130,7 +130,7 @@ void paintArm(QPainter &painter, const QTransform &place, const MorvoPose::Fin &
 void paintTail(QPainter &painter, const QTransform &place, const MorvoPose &pose) {
   painter.save();
   painter.setTransform(place, true);
-  const QPolygonF spine = Shapes::spine(92, pose.tail, pose.tailWhip);
+  const QPolygonF spine = Shapes::spine(98, pose.tail, pose.tailWhip);
   painter.save();
   painter.translate(spine.back());
   painter.rotate(Shapes::heading(spine));

@@ -33,7 +33,7 @@ MorvoPose idle(double phase, const MorvoPose &rest) {
   pose.rightEar.turn -= 4 * lateAir;
   pose.glow = 0.6 + 0.16 * air;
   pose.lantern = 0.8 + 0.12 * air + 0.08 * up;
-  addBubble(pose, age(phase, 0.5, 0.42), {302, 346}, {438, 176}, 19);
+  addBubble(pose, age(phase, 0.5, 0.42), {322, 354}, {470, 214}, 19);
   return pose;
 }
 
@@ -54,8 +54,8 @@ MorvoPose sleep(double phase, const MorvoPose &rest) {
   pose.rightArm = {160 - 3 * air, -18};
   pose.tail = 34 + 4 * wave(phase, -0.2);
   pose.tailWhip = 74;
-  pose.stalk = 112 + 4 * wave(phase, -0.15);
-  pose.stalkWhip = 62;
+  pose.stalk = 128 + 4 * wave(phase, -0.15);
+  pose.stalkWhip = 14;
   pose.mouthOpen = 0.12 + 0.1 * air;
   pose.mouthRound = 1;
   // The bubble at its mouth breathes with it.

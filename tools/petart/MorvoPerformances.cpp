@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 
 namespace morvo::MorvoActions {
 
@@ -81,8 +82,8 @@ MorvoPose celebrate(double phase, const MorvoPose &rest) {
     const double since = age(phase, 0.6 + 0.08 * index, 0.24);
     if (since > 0 && since < 1) {
       const double side = index % 2 == 0 ? 1 : -1;
-      pose.notes.push_back({{256 + side * (130 + 40 * since), 190 - 96 * since},
-                            40,
+      pose.notes.push_back({{256 + side * (166 + 34 * since), 196 - 104 * since},
+                            52,
                             std::min({1.0, 6 * since, 4 * (1 - since)}),
                             14 * wave(since)});
     }
@@ -239,10 +240,11 @@ MorvoPose curious(double phase, const MorvoPose &rest) {
   if (burst > 0 && burst < 1) {
     constexpr int splashes = 7;
     for (int index = 0; index < splashes; ++index) {
-      const double angle = 2 * 3.14159265 * index / splashes;
+      const double angle = 2 * std::numbers::pi * index / splashes;
       const double reach = 22 + 44 * burst;
       pose.drops.push_back({QPointF(306 + reach * std::cos(angle), 318 + reach * std::sin(angle)),
-                            15 * (1 - 0.5 * burst), 1 - burst, angle * 57.2958 + 90});
+                            15 * (1 - 0.5 * burst), 1 - burst,
+                            angle * 180 / std::numbers::pi + 90});
     }
   }
   return pose;

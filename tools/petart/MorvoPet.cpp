@@ -12,11 +12,11 @@ namespace {
 using Action = MorvoPose (*)(double phase, const MorvoPose &rest);
 
 constexpr std::array sets{
-    FrameSet{u"idle", 54, true},     FrameSet{u"sleep", 48, true},
-    FrameSet{u"watching", 42, true}, FrameSet{u"code", 40, true},
-    FrameSet{u"droop", 38, true},    FrameSet{u"celebrate", 52, false},
+    FrameSet{u"idle", 52, true},     FrameSet{u"sleep", 48, true},
+    FrameSet{u"watching", 42, true}, FrameSet{u"code", 38, true},
+    FrameSet{u"droop", 38, true},    FrameSet{u"celebrate", 50, false},
     FrameSet{u"alert", 34, false},   FrameSet{u"greet", 34, false},
-    FrameSet{u"petted", 34, false},  FrameSet{u"curious", 46, false},
+    FrameSet{u"petted", 34, false},  FrameSet{u"curious", 45, false},
     FrameSet{u"walk", 24, true},     FrameSet{u"carried", 24, true},
     FrameSet{u"tossed", 16, true},
 };

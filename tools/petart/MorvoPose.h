@@ -52,8 +52,8 @@ struct MorvoPose {
   Fin rightEar{52, 18};
   Fin leftArm{142, -24};
   Fin rightArm{142, -24};
-  double tail = 62;
-  double tailWhip = 30;
+  double tail = 42;
+  double tailWhip = 26;
   double stalk = 62;
   double stalkWhip = 34;
 

@@ -59,7 +59,7 @@ void paintSnore(QPainter &painter, const MorvoPose::Floater &snore) {
 /// A drawn exclamation mark above the left side of the head, away from the lantern.
 void paintAlarm(QPainter &painter, double size) {
   painter.save();
-  painter.translate(104, 132);
+  painter.translate(82, 120);
   painter.rotate(-14);
   painter.scale(size, size);
   QPainterPath mark;

@@ -10,9 +10,9 @@ using namespace Motion;
 using namespace MorvoGestures;
 
 MorvoPose walk(double phase, const MorvoPose &rest) {
-  // Two strokes a loop: fins and tail push, the body shoots forward, glides, and sinks.
+  // One stroke a loop: fins and tail push, the body shoots forward, glides, and sinks.
   MorvoPose pose = rest;
-  constexpr int strokes = 2;
+  constexpr int strokes = 1;
   const double push = wave(phase * strokes);
   squash(pose, 0.965 + 0.04 * wave(phase * strokes, -0.1));
   pose.shift =
