@@ -43,7 +43,7 @@ void burst(AnimePose &pose, double phase, double birth, QPointF centre, double r
   }
   for (int index = 0; index < count; ++index) {
     const double angle = 6.2832 * (index + 0.5) / count;
-    const double way = radius * (1 - (1 - age) * (1 - age));
+    const double way = radius * (0.35 + 0.65 * (1 - (1 - age) * (1 - age)));
     const QPointF place =
         centre + QPointF(1.25 * way * std::cos(angle), way * std::sin(angle) + 26 * age * age);
     pose.floaters.push_back(
@@ -51,7 +51,8 @@ void burst(AnimePose &pose, double phase, double birth, QPointF centre, double r
          .place = place,
          .size = (index % 2 == 0 ? 30.0 : 24.0) * (0.5 + 0.5 * bump(age, -0.2, 1.2)),
          .opacity = std::min(1.0, 2.6 * (1 - age)),
-         .turn = 90 * age * (index % 2 == 0 ? 1 : -1)});
+         .turn = 90 * age * (index % 2 == 0 ? 1 : -1),
+         .behind = true});
   }
 }
 
@@ -92,7 +93,7 @@ void celebrate(AnimePose &pose, double phase) {
       Curve{{0, 0}, {0.11, -0.22}, {0.2, 1.06, Ease::out}, {0.27, 1}, {0.82, 1}, {0.95, 0}}.at(
           phase);
   for (auto &arm : pose.arms) {
-    reach(arm, {72, -52 + 9 * wave(phase * 6) * joy}, 0.3, arms);
+    reach(arm, {76, -56 + 9 * wave(phase * 6) * joy}, 0.3, arms);
     arm.shape = arms > 0.5 ? AnimePose::Hand::open : AnimePose::Hand::mitten;
     arm.layer = arms > 0.3 ? Layer::head : Layer::body;
   }
@@ -108,8 +109,8 @@ void celebrate(AnimePose &pose, double phase) {
   laugh(pose, plateau(phase, 0.14, 0.2, 0.8, 0.88));
   pose.mouth.open = joy;
   pose.blush = mix(pose.blush, 1, joy);
-  burst(pose, phase, 0.18, {256, 120}, 150);
-  burst(pose, phase, 0.5, {256, 150}, 170);
+  burst(pose, phase, 0.18, {240, 190}, 158);
+  burst(pose, phase, 0.5, {240, 200}, 164);
 }
 
 void alert(AnimePose &pose, double phase) {
@@ -119,7 +120,7 @@ void alert(AnimePose &pose, double phase) {
   const double start = plateau(phase, 0.07, 0.13, 0.86, 0.96);
   const double jump = Motion::flight(phase, 0.09, 0.27);
   const double call = plateau(phase, 0.38, 0.46, 0.8, 0.9);
-  pose.shift.setY(-26 * jump);
+  pose.shift.setY(-22 * jump);
   pose.eyes.size = 1 + 0.14 * plateau(phase, 0.07, 0.12, 0.4, 0.5);
   pose.eyes.open = std::max(pose.eyes.open, start);
   pose.brows = 10 * start;
@@ -132,12 +133,12 @@ void alert(AnimePose &pose, double phase) {
     reach(arm, {56, 14}, 0.2, start * (1 - call));
   }
   // One hand calls over, the other stays on the hip.
-  pose.arms[1].layer = call > 0.3 ? Layer::head : Layer::body;
-  pose.arms[1].shape = start > 0.4 ? AnimePose::Hand::open : AnimePose::Hand::mitten;
-  reach(pose.arms[1], {70 + 12 * wave(phase * 7), -48 + 4 * wave(phase * 7, 0.25)}, 0.25, call);
-  reach(pose.arms[0], {16, 52}, 0.85, call);
-  pose.headTilt += 6 * call;
-  pose.lean += 3.5 * call;
+  pose.arms[0].layer = call > 0.3 ? Layer::head : Layer::body;
+  pose.arms[0].shape = start > 0.4 ? AnimePose::Hand::open : AnimePose::Hand::mitten;
+  reach(pose.arms[0], {76 + 12 * wave(phase * 7), -54 + 5 * wave(phase * 7, 0.25)}, 0.25, call);
+  reach(pose.arms[1], {10, 62}, 0.7, call);
+  pose.headTilt -= 6 * call;
+  pose.lean -= 3.5 * call;
   pose.follow.ears -= 14 * start;
   pose.legs[0].foot += QPointF(-3, -9) * jump;
   pose.legs[1].foot += QPointF(3, -9) * jump;
@@ -151,26 +152,26 @@ void greet(AnimePose &pose, double phase) {
   squash(pose, 1 - 0.05 * bump(phase, 0, 0.16) + 0.02 * bump(phase, 0.14, 0.34) -
                    0.03 * bump(phase, 0.84, 0.98));
   pose.shift.setY(-13 * Motion::flight(phase, 0.14, 0.28));
-  AnimePose::Arm &arm = pose.arms[1];
+  AnimePose::Arm &arm = pose.arms[0];
   arm.layer = raised > 0.35 ? Layer::head : Layer::body;
   arm.shape = raised > 0.3 ? AnimePose::Hand::open : AnimePose::Hand::mitten;
   const double waving = plateau(phase, 0.22, 0.3, 0.74, 0.82);
-  reach(arm, {74 + 13 * waving * wave(phase * 6), -50 + 5 * waving * wave(phase * 6, 0.25)}, 0.25,
+  reach(arm, {76 + 14 * waving * wave(phase * 6), -56 + 6 * waving * wave(phase * 6, 0.25)}, 0.25,
         raised);
   arm.wrist = 20 * waving * wave(phase * 6, -0.06);
-  reach(pose.arms[0], {12, 56}, 0.8, warm);
-  pose.headTilt += 8 * warm + 2 * waving * wave(phase * 3);
+  reach(pose.arms[1], {10, 62}, 0.7, warm);
+  pose.headTilt += 7 * warm + 2 * waving * wave(phase * 3);
   pose.lean += 3 * warm;
   pose.sway -= 5 * warm;
-  pose.turn = mix(pose.turn, 0.25, warm);
+  pose.turn = mix(pose.turn, -0.2, warm);
   laugh(pose, plateau(phase, 0.34, 0.4, 0.66, 0.72));
   pose.mouth.open = 0.75 * warm;
   pose.blush = mix(pose.blush, 0.9, warm);
-  pose.legs[0].foot += QPointF(-2, -10) * warm;
-  pose.legs[0].turn -= 16 * warm;
+  pose.legs[1].foot += QPointF(2, -10) * warm;
+  pose.legs[1].turn += 16 * warm;
   pose.follow.ears -= 6 * waving * wave(phase * 6);
-  rise(pose, phase, Kind::spark, 0.28, {420, 190}, 34);
-  rise(pose, phase, Kind::spark, 0.42, {444, 240}, 26);
+  rise(pose, phase, Kind::spark, 0.28, {76, 190}, 36);
+  rise(pose, phase, Kind::spark, 0.42, {52, 246}, 28);
 }
 
 void petted(AnimePose &pose, double phase) {
@@ -199,7 +200,7 @@ void petted(AnimePose &pose, double phase) {
   for (int index = 0; index < hearts; ++index) {
     const double side = index % 2 == 0 ? -1 : 1;
     rise(pose, phase, Kind::heart, 0.12 + 0.1 * index,
-         {256 + side * (112 + 13.0 * index), 190.0 + 14 * (index % 3)}, 34 + 4 * (index % 3));
+         {240 + side * (112 + 13.0 * index), 190.0 + 14 * (index % 3)}, 34 + 4 * (index % 3));
   }
 }
 
@@ -228,8 +229,8 @@ void heart(AnimePose &pose, double phase) {
   pose.follow.ears -= 8 * offer;
   for (int index = 0; index < 6; ++index) {
     const double side = index % 2 == 0 ? -1 : 1;
-    rise(pose, phase, Kind::heart, 0.4 + 0.06 * index,
-         {256 + side * (90 + 17.0 * index), 300.0 - 22 * index}, 30 + 5 * (index % 3));
+    rise(pose, phase, Kind::heart, 0.4 + 0.032 * index,
+         {240 + side * (90 + 17.0 * index), 300.0 - 22 * index}, 30 + 5 * (index % 3));
   }
 }
 
@@ -263,15 +264,15 @@ void vow(AnimePose &pose, double phase) {
   pose.crouch += 6 * still;
   // A wind that nobody else feels.
   const double wind = still * (0.8 + 0.2 * wave(phase * 5));
-  pose.follow.tail -= 20 * wind;
-  pose.follow.tip -= (26 + 10 * wave(phase * 5, -0.2)) * wind;
+  pose.follow.tail -= 7 * wind;
+  pose.follow.tip -= (10 + 9 * wave(phase * 5, -0.2)) * wind;
   pose.follow.locks += 9 * wind;
   pose.follow.crest += 12 * wind;
-  pose.follow.lift += 10 * wind;
+  pose.follow.lift += 5 * wind;
   for (int index = 0; index < 6; ++index) {
     const double side = index % 2 == 0 ? -1 : 1;
-    rise(pose, phase, index % 3 == 0 ? Kind::star : Kind::spark, 0.24 + 0.07 * index,
-         {256 + side * (130 + 14.0 * index), 400.0 - 30 * index}, 26 + 4 * (index % 3));
+    rise(pose, phase, index % 3 == 0 ? Kind::star : Kind::spark, 0.24 + 0.062 * index,
+         {240 + side * (130 + 14.0 * index), 400.0 - 30 * index}, 26 + 4 * (index % 3));
   }
 }
 

@@ -19,7 +19,7 @@ using namespace AnimeColors;
 constexpr double standingHips = 88;
 constexpr double sittingHips = 40;
 constexpr QPointF shoulder(44, -86);
-constexpr double armLength = 92;
+constexpr double armLength = 97;
 constexpr QPointF hip(23, -4);
 constexpr double legLength = 84;
 constexpr QPointF standingFoot(27, -15);
@@ -163,7 +163,8 @@ void paintArm(QPainter &painter, const AnimePose &pose, int index) {
   const QPainterPath sleeve = AnimeBrush::tube(AnimeBrush::stretch(bone, 0, 0.84), 15, 19);
   QPainterPath joint;
   joint.addEllipse(shoulder, 15, 15);
-  AnimeBrush::shape(painter, joint.united(sleeve), QColor(cloth), clothLine);
+  AnimeBrush::lit(painter, joint.united(sleeve), QColor(cloth), clothLight, clothLine,
+                  index == 0 ? -1 : 1);
   AnimeBrush::inside(painter, sleeve,
                      AnimeBrush::tube(AnimeBrush::stretch(bone, 0.1, 0.84), 9, 12)
                          .translated(index == 0 ? QPointF(-12, 4) : QPointF(12, 4)),
@@ -217,7 +218,7 @@ void paintHood(QPainter &painter, const AnimePose & /*pose*/) {
 
 void paintTorso(QPainter &painter, const AnimePose &pose) {
   const QPainterPath body = hoodie(pose);
-  AnimeBrush::shape(painter, body, QColor(cloth), clothLine);
+  AnimeBrush::lit(painter, body, QColor(cloth), clothLight, clothLine);
   QPainterPath shade;
   shade.moveTo(30, -110);
   shade.cubicTo(44, -70, 40, -20, 26, 20);

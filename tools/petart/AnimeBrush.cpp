@@ -26,6 +26,14 @@ void shape(QPainter &painter, const QPainterPath &path, const QBrush &fill, QRgb
   painter.drawPath(path);
 }
 
+void lit(QPainter &painter, const QPainterPath &path, const QBrush &fill, QRgb light, QRgb outline,
+         double side) {
+  constexpr QPointF edge(4.5, 5.5);
+  painter.fillPath(path, QColor(light));
+  inside(painter, path, path.translated(side * edge.x(), edge.y()), fill);
+  stroke(painter, path, QColor(outline), line);
+}
+
 void inside(QPainter &painter, const QPainterPath &within, const QPainterPath &path,
             const QBrush &fill) {
   painter.save();

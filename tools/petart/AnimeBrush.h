@@ -14,6 +14,10 @@ inline constexpr double line = 5;
 /// Fills the shape and draws its outline.
 void shape(QPainter &painter, const QPainterPath &path, const QBrush &fill, QRgb outline,
            double width = line);
+/// The same with an edge of light on the upper left; on the upper right of a mirrored painter when
+/// `side` is −1.
+void lit(QPainter &painter, const QPainterPath &path, const QBrush &fill, QRgb light, QRgb outline,
+         double side = 1);
 /// Fills what lies inside of `within` only.
 void inside(QPainter &painter, const QPainterPath &within, const QPainterPath &path,
             const QBrush &fill);

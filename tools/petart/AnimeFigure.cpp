@@ -16,10 +16,13 @@ constexpr int oversampling = 2;
 /// Leaves room above for hops.
 constexpr double figureScale = 0.97;
 
+/// The ponytail weighs on one side: she stands this far on the other.
+constexpr double balance = -22;
+
 /// From the space of the whole figure to the canvas.
 QTransform figure(const AnimePose &pose) {
   QTransform transform;
-  transform.translate(canvasSide / 2.0 + pose.shift.x(), baseLine + pose.shift.y());
+  transform.translate(canvasSide / 2.0 + balance + pose.shift.x(), baseLine + pose.shift.y());
   transform.translate(0, -pose.pivot);
   transform.rotate(pose.tilt);
   transform.translate(0, pose.pivot);
@@ -97,6 +100,14 @@ void paintHead(QPainter &painter, const AnimePose &pose) {
   }
 }
 
+void paintFloaters(QPainter &painter, const AnimePose &pose, bool behind) {
+  for (const AnimePose::Floater &floater : pose.floaters) {
+    if (floater.behind == behind) {
+      AnimeProps::paintFloater(painter, floater);
+    }
+  }
+}
+
 } // namespace
 
 QImage picture(const AnimePose &pose) {
@@ -106,6 +117,8 @@ QImage picture(const AnimePose &pose) {
   QPainter painter(&canvas);
   painter.setRenderHint(QPainter::Antialiasing);
   Layers layers(painter, pose);
+  layers.enterCanvas();
+  paintFloaters(painter, pose, true);
   layers.enterHead();
   AnimeHair::paintBehind(painter, pose);
   paintBody(painter, layers, pose);
@@ -114,9 +127,7 @@ QImage picture(const AnimePose &pose) {
   layers.enterTorso();
   AnimeBody::paintArms(painter, pose, AnimePose::Layer::head);
   layers.enterCanvas();
-  for (const AnimePose::Floater &floater : pose.floaters) {
-    AnimeProps::paintFloater(painter, floater);
-  }
+  paintFloaters(painter, pose, false);
   painter.end();
   return canvas.scaled(canvasSide, canvasSide, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }

@@ -18,9 +18,9 @@ namespace {
 using namespace AnimeColors;
 
 constexpr QPointF tailRoot(84, -156);
-constexpr double tailLength = 238;
+constexpr double tailLength = 222;
 constexpr int tailPieces = 16;
-constexpr double tailStart = 36;
+constexpr double tailStart = 30;
 constexpr double tailBend = 146;
 constexpr double tailFlick = 46;
 /// How far layers before and behind the face travel when the head turns.
@@ -68,10 +68,10 @@ void paintTail(QPainter &painter, const AnimePose &pose) {
   painter.translate(tailRoot + QPointF(backTravel * pose.turn, 0));
   const QPolygonF spine = tailSpine(pose);
   const QPainterPath tail = Shapes::limb(spine, tailHalfWidth);
-  AnimeBrush::shape(painter, tail,
-                    Shade::linear(spine.first(), spine.last(),
-                                  {{0, QColor(hair)}, {0.5, QColor(hair)}, {1, QColor(hairTip)}}),
-                    hairLine);
+  AnimeBrush::lit(painter, tail,
+                  Shade::linear(spine.first(), spine.last(),
+                                {{0, QColor(hair)}, {0.5, QColor(hair)}, {1, QColor(hairTip)}}),
+                  hairLight, hairLine);
   AnimeBrush::stroke(painter, strand(spine, 0.52, 0.1, 0.8), QColor(hairShade), 9);
   AnimeBrush::stroke(painter, strand(spine, 0.06, 0.25, 0.92), Shade::faded(hairShade, 0.8), 4);
   AnimeBrush::stroke(painter, strand(spine, -0.5, 0.2, 0.55), QColor(hairLight), 9);
@@ -127,7 +127,7 @@ void paintFringe(QPainter &painter, const AnimePose &pose) {
   painter.save();
   painter.translate(frontTravel * pose.turn, 2 * pose.pitch);
   const QPainterPath front = fringe();
-  AnimeBrush::shape(painter, front, QColor(hair), hairLine);
+  AnimeBrush::lit(painter, front, QColor(hair), hairLight, hairLine);
   // A band of light round the crown, and shade where the locks part.
   QPainterPath band;
   band.moveTo(-86, -140);
@@ -160,7 +160,7 @@ void paintLock(QPainter &painter, const AnimePose &pose, double side) {
   lock.cubicTo(80, -84, 74, -46, 76 + swing * 0.8, -22 + up);
   lock.quadTo(78 + swing, 0 + up, 92 + swing * 1.3, 12 + up * 1.3);
   lock.cubicTo(110 + swing * 0.8, -30 + up * 0.6, 108, -86, 98, -122);
-  AnimeBrush::shape(painter, lock, QColor(hair), hairLine);
+  AnimeBrush::lit(painter, lock, QColor(hair), hairLight, hairLine, side);
   QPainterPath shade;
   shade.moveTo(96, -100);
   shade.cubicTo(104, -60, 102 + swing * 0.6, -30 + up, 92 + swing * 1.3, 10 + up * 1.3);

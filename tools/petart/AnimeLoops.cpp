@@ -24,8 +24,8 @@ void snore(AnimePose &pose, double phase) {
   for (int letter = 0; letter < letters; ++letter) {
     const double age = Motion::ageInLoop(phase, static_cast<double>(letter) / letters, 1);
     pose.floaters.push_back({.kind = Kind::snore,
-                             .place = {352 + 66 * age + 7 * wave(age), 150 - 96 * age},
-                             .size = 16 + 26 * age,
+                             .place = {322 + 84 * age + 7 * wave(age), 154 - 108 * age},
+                             .size = 13 + 25 * age,
                              .opacity = std::min({1.0, 6 * age, 3.5 * (1 - age)}),
                              .turn = -10 + 8 * wave(age, 0.3)});
   }
@@ -39,8 +39,8 @@ void program(AnimePose &pose, double phase) {
     const double side = sign % 2 == 0 ? -1 : 1;
     if (age > 0 && age < 1) {
       pose.floaters.push_back({.kind = sign % 2 == 0 ? Kind::code : Kind::spark,
-                               .place = {256 + side * (96 + 66 * std::sqrt(age)), 424 - 120 * age},
-                               .size = sign % 2 == 0 ? 32.0 : 26.0,
+                               .place = {240 + side * (92 + 62 * std::sqrt(age)), 436 - 130 * age},
+                               .size = sign % 2 == 0 ? 46.0 : 34.0,
                                .opacity = std::min({1.0, 6 * age, 3 * (1 - age)}),
                                .turn = side * 24 * age});
     }
@@ -89,28 +89,30 @@ AnimePose idle(double phase) {
 
 AnimePose sleep(double phase) {
   AnimePose pose;
-  const double breath = wave(phase);
+  // The loop closes where she has breathed in and nothing moves.
+  constexpr double fullChest = 0.25;
+  const double breath = wave(phase, fullChest);
   pose.sitting = true;
   pose.prop = AnimePose::Prop::cushion;
   pose.breath = breath;
   squash(pose, 1 + 0.012 * breath);
-  pose.headTilt = 9 + 1.6 * wave(phase, -0.1);
-  pose.headShift = {5, 11 - 3.4 * wave(phase, -0.06)};
+  pose.headTilt = 9 + 1.6 * wave(phase, fullChest - 0.1);
+  pose.headShift = {5, 11 - 3.4 * wave(phase, fullChest - 0.06)};
   pose.pitch = 0.6;
   pose.eyes.open = 0;
   pose.brows = -3;
-  pose.mouth.open = 0.14 + 0.1 * (1 + wave(phase, -0.1)) / 2;
+  pose.mouth.open = 0.14 + 0.1 * (1 + wave(phase, fullChest - 0.1)) / 2;
   pose.mouth.width = 0.5;
   pose.mouth.round = 1;
   pose.blush = 0.85;
   for (auto &arm : pose.arms) {
-    arm.hand = {-16, 56 - 1.5 * breath};
-    arm.elbow = 0.42;
+    arm.hand = {-14, 62 - 1.5 * breath};
+    arm.elbow = 0.4;
   }
   pose.legs[0].turn = -6 + 3 * breath;
   pose.legs[1].turn = 6 - 3 * breath;
-  pose.follow.ears = 24 + 2 * wave(phase, -0.2);
-  pose.follow.crest = 26 + 4 * wave(phase, -0.15);
+  pose.follow.ears = 24 + 2 * wave(phase, fullChest - 0.2);
+  pose.follow.crest = 26 + 4 * wave(phase, fullChest - 0.15);
   snore(pose, phase);
   return pose;
 }
@@ -126,8 +128,8 @@ AnimePose watching(double phase) {
   pose.eyes.size = 1.05;
   pose.turn = 0.75 * (Motion::ramp(rest(0.035), -1, 1) * 2 - 1);
   pose.headTilt = 5 * body;
-  pose.lean = 4 * body;
-  pose.sway = 7 * body;
+  pose.lean = 3 * body;
+  pose.sway = 6 * body;
   squash(pose, 1 + 0.01 * wave(2 * phase));
   pose.headShift = {2 * body, 3 - 2 * wave(2 * phase, -0.1)};
   pose.brows = 5;
@@ -167,8 +169,8 @@ AnimePose code(double phase) {
   for (std::size_t index = 0; index < pose.arms.size(); ++index) {
     auto &arm = pose.arms.at(index);
     const double key = wave(8 * phase, 0.5 * static_cast<double>(index));
-    arm.hand = {2 + 2 * key * typing, 60 - 5 * key * typing};
-    arm.elbow = 0.42;
+    arm.hand = {-2 + 2 * key * typing, 50 - 7 * key * typing};
+    arm.elbow = 0.5;
   }
   pose.legs[0].turn = -5 * std::max(0.0, beat);
   pose.legs[1].turn = 5 * std::max(0.0, -beat);
@@ -182,13 +184,13 @@ AnimePose walk(double phase) {
   AnimePose pose;
   pose.turn = 0.85;
   pose.eyes.gaze = {0.5, 0};
-  pose.lean = 5 + 1.5 * wave(2 * phase);
+  pose.lean = 6.5 + 1.5 * wave(2 * phase);
   pose.legs[0] = step(phase);
   pose.legs[1] = step(phase + 0.5);
   // Her feet pass under the body, one before the other.
   pose.legs[0].foot += QPointF(14, 0);
   pose.legs[1].foot -= QPointF(14, 0);
-  pose.crouch = 4 * wave(2 * phase, 0.02) + 2;
+  pose.crouch = 5.5 * wave(2 * phase, 0.02) + 3;
   pose.headTilt = -3 + 2.5 * wave(phase, -0.1);
   pose.headShift.setY(2.5 * wave(2 * phase, -0.12));
   const double swing = std::cos(2 * std::numbers::pi * phase);
@@ -268,12 +270,13 @@ AnimePose tossed(double phase) {
     const double place = 2 * std::numbers::pi * (phase + static_cast<double>(star) / stars);
     const double depth = std::sin(place);
     pose.floaters.push_back({.kind = Kind::star,
-                             .place = {256 + 150 * std::cos(place), 62 + 26 * depth},
+                             .place = {240 + 140 * std::cos(place), 74 + 26 * depth},
                              .size = 30 + 9 * depth,
                              .opacity = 0.75 + 0.25 * depth,
-                             .turn = 360 * phase});
+                             .turn = 360 * phase,
+                             .behind = depth < 0});
   }
-  pose.follow.lift = 26;
+  pose.follow.lift = 8;
   pose.follow.ears = 16;
   return pose;
 }

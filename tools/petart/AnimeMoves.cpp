@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace morvo::AnimeMoves {
 namespace {
@@ -29,19 +30,19 @@ constexpr Move act(QStringView name, int frames, Act pose) {
 }
 
 constexpr std::array moves{
-    loop(u"idle", 60, AnimeLoops::idle),
-    act(u"celebrate", 48, AnimeActs::celebrate),
-    act(u"alert", 38, AnimeActs::alert),
-    loop(u"sleep", 60, AnimeLoops::sleep),
-    act(u"greet", 42, AnimeActs::greet),
-    act(u"petted", 44, AnimeActs::petted),
-    loop(u"watching", 60, AnimeLoops::watching),
-    loop(u"code", 60, AnimeLoops::code),
+    loop(u"idle", 56, AnimeLoops::idle),
+    act(u"celebrate", 46, AnimeActs::celebrate),
+    act(u"alert", 36, AnimeActs::alert),
+    loop(u"sleep", 48, AnimeLoops::sleep),
+    act(u"greet", 40, AnimeActs::greet),
+    act(u"petted", 42, AnimeActs::petted),
+    loop(u"watching", 48, AnimeLoops::watching),
+    loop(u"code", 48, AnimeLoops::code),
     loop(u"walk", 20, AnimeLoops::walk),
     loop(u"carried", 24, AnimeLoops::carried),
     loop(u"tossed", 18, AnimeLoops::tossed),
-    act(u"heart", 48, AnimeActs::heart),
-    act(u"vow", 48, AnimeActs::vow),
+    act(u"heart", 44, AnimeActs::heart),
+    act(u"vow", 44, AnimeActs::vow),
 };
 
 // Hair is heavy and slow, the crest and the ears are light and quick.
@@ -55,13 +56,24 @@ std::vector<double> track(const std::vector<AnimePose> &poses, double (*value)(c
   return values;
 }
 
-/// Lets everything that hangs on the head come after it.
-void letFollow(std::vector<AnimePose> &poses, bool isLoop) {
+/// Bends ever less the nearer it comes to `most`, as hair does that has a root.
+double limited(double value, double most) { return most * std::tanh(value / most); }
+
+/// The same with a limit of its own for negative values: the ponytail, which hangs on one side, has
+/// less room away from the head.
+double limited(double value, double least, double most) {
+  return limited(value, value < 0 ? least : most);
+}
+
+/// Lets everything that hangs on the head come after it. A head that leans by `rest` has its hair
+/// as the poses tell it already.
+void letFollow(std::vector<AnimePose> &poses, bool isLoop, double rest) {
   const auto across =
       track(poses, [](const AnimePose &pose) { return AnimeFigure::crown(pose).x(); });
   const auto down =
       track(poses, [](const AnimePose &pose) { return AnimeFigure::crown(pose).y(); });
-  const auto lean = track(poses, AnimeFigure::headLean);
+  auto lean = track(poses, AnimeFigure::headLean);
+  std::ranges::for_each(lean, [rest](double &angle) { angle -= rest; });
   const auto tail = heavy.lag(across, isLoop);
   const auto tip = heavier.lag(across, isLoop);
   const auto rise = heavy.lag(down, isLoop);
@@ -70,12 +82,12 @@ void letFollow(std::vector<AnimePose> &poses, bool isLoop) {
   const auto hang = heavy.follow(lean, isLoop);
   for (std::size_t frame = 0; frame < poses.size(); ++frame) {
     AnimePose::Follow &follow = poses[frame].follow;
-    follow.tail += -0.8 * tail[frame] - 0.6 * hang[frame];
-    follow.tip += -1.3 * tip[frame] - 0.4 * hang[frame];
-    follow.locks += 0.55 * tail[frame] + 0.75 * hang[frame];
-    follow.crest += -1.1 * crest[frame] + 0.5 * spring[frame];
-    follow.ears += std::clamp(0.35 * spring[frame], -14.0, 18.0);
-    follow.lift += std::clamp(-0.75 * rise[frame], -16.0, 44.0);
+    follow.tail += limited(-0.7 * tail[frame] - 0.6 * hang[frame], 9, 22);
+    follow.tip += limited(-1.1 * tip[frame] - 0.4 * hang[frame], 12, 30);
+    follow.locks += limited(0.5 * tail[frame] + 0.75 * hang[frame], 20);
+    follow.crest += limited(-1.1 * crest[frame] + 0.5 * spring[frame], 30);
+    follow.ears += limited(0.35 * spring[frame], 16);
+    follow.lift += limited(-0.7 * rise[frame], 12, 15);
   }
 }
 
@@ -84,7 +96,7 @@ std::vector<AnimePose> looped(const Move &move) {
   for (int frame = 0; frame < move.set.frames; ++frame) {
     poses.push_back(move.loop(move.set.phase(frame)));
   }
-  letFollow(poses, true);
+  letFollow(poses, true, 0);
   return poses;
 }
 
@@ -93,14 +105,10 @@ std::vector<AnimePose> acted(const Move &move) {
   std::vector<AnimePose> poses;
   for (int frame = 0; frame < move.set.frames; ++frame) {
     AnimePose pose = rest;
-    // What hangs already hangs as it does at rest: only what the act adds is to follow.
-    pose.follow.tail += 0.6 * AnimeFigure::headLean(rest);
-    pose.follow.tip += 0.4 * AnimeFigure::headLean(rest);
-    pose.follow.locks -= 0.75 * AnimeFigure::headLean(rest);
     move.act(pose, move.set.phase(frame));
     poses.push_back(pose);
   }
-  letFollow(poses, false);
+  letFollow(poses, false, AnimeFigure::headLean(rest));
   return poses;
 }
 

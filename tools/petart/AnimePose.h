@@ -59,6 +59,7 @@ struct AnimePose {
     double size = 0;
     double opacity = 1;
     double turn = 0;
+    bool behind = false; ///< Flies behind her.
   };
   enum class Prop { none, laptop, cushion };
 

@@ -54,20 +54,20 @@ void paintLaptop(QPainter &painter, const AnimePose &pose) {
   base.addRoundedRect(QRectF(-76, -12, 152, 16), 8, 8);
   AnimeBrush::shape(painter, base, QColor(creamShade), ink);
   QPainterPath lid;
-  lid.moveTo(-64, -8);
-  lid.lineTo(-58, -76);
-  lid.quadTo(-57, -86, -47, -86);
-  lid.lineTo(47, -86);
-  lid.quadTo(57, -86, 58, -76);
-  lid.lineTo(64, -8);
+  lid.moveTo(-62, -8);
+  lid.lineTo(-57, -58);
+  lid.quadTo(-56, -67, -47, -67);
+  lid.lineTo(47, -67);
+  lid.quadTo(56, -67, 57, -58);
+  lid.lineTo(62, -8);
   lid.closeSubpath();
   AnimeBrush::shape(painter, lid, QColor(cream), ink);
   QPainterPath shade;
   shade.addRect(QRectF(-70, -30, 140, 30));
   AnimeBrush::inside(painter, lid, shade, QColor(creamShade));
   AnimeBrush::stroke(painter, lid, QColor(ink), AnimeBrush::line);
-  Shade::glow(painter, {0, -48}, 30, gold, 0.35 + 0.4 * pose.glow);
-  painter.translate(0, -48);
+  Shade::glow(painter, {0, -38}, 30, gold, 0.35 + 0.4 * pose.glow);
+  painter.translate(0, -38);
   painter.scale(30, 30);
   AnimeBrush::shape(painter, AnimeBrush::star(), QColor(hair), hairLine, 0.1);
   painter.restore();
@@ -75,9 +75,9 @@ void paintLaptop(QPainter &painter, const AnimePose &pose) {
 
 void paintCushion(QPainter &painter) {
   painter.save();
-  painter.translate(0, -76);
+  painter.translate(0, -74);
   painter.rotate(-6);
-  painter.scale(134, 122);
+  painter.scale(158, 136);
   AnimeBrush::shape(
       painter, AnimeBrush::star(),
       Shade::linear({0, -0.5}, {0, 0.5}, {{0, QColor(0xffffb3bd)}, {1, QColor(pink)}}), pinkLine,
@@ -101,7 +101,7 @@ void paintHeart(QPainter &painter, double size) {
 
 void paintAlarm(QPainter &painter, double size) {
   painter.save();
-  painter.translate(-112, -178);
+  painter.translate(-116, -152);
   painter.rotate(-16);
   painter.scale(size, size);
   QPainterPath mark;
