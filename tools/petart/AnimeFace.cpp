@@ -251,7 +251,7 @@ void paint(QPainter &painter, const AnimePose &pose) {
   const QPainterPath face = faceShape();
   AnimeBrush::shape(painter, face, QColor(skin), skinLine, 4.5);
   QPainterPath shadow;
-  shadow.addRect(-100, -180, 200, 78);
+  shadow.addRect(-100, -180, 200, 67);
   AnimeBrush::inside(painter, face, shadow.translated(0, 4), QColor(skinShade));
   for (const double side : {-1.0, 1.0}) {
     paintBlush(painter, pose, side);
@@ -263,7 +263,7 @@ void paint(QPainter &painter, const AnimePose &pose) {
 void paintBrows(QPainter &painter, const AnimePose &pose) {
   for (const double side : {-1.0, 1.0}) {
     painter.save();
-    painter.translate(QPointF(side * 39, -108 - pose.brows) + drift(pose));
+    painter.translate(QPointF(side * 39, -106 - pose.brows) + drift(pose));
     painter.scale(side, 1);
     painter.rotate(-pose.browTilt);
     QPainterPath brow;

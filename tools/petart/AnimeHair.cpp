@@ -112,14 +112,14 @@ QPainterPath fringe() {
   path.moveTo(-97, -66);
   path.cubicTo(-114, -150, -84, -201, 0, -201);
   path.cubicTo(84, -201, 114, -150, 97, -66);
-  path.quadTo(82, -96, 76, -124);
-  path.quadTo(66, -106, 50, -97);
-  path.quadTo(45, -114, 36, -130);
-  path.quadTo(26, -98, 0, -78);
-  path.quadTo(0, -108, -12, -130);
-  path.quadTo(-28, -108, -52, -96);
-  path.quadTo(-60, -112, -70, -128);
-  path.quadTo(-80, -98, -97, -66);
+  path.quadTo(84, -96, 78, -130);
+  path.quadTo(68, -114, 52, -107);
+  path.quadTo(46, -122, 37, -138);
+  path.quadTo(28, -108, 3, -90);
+  path.quadTo(1, -116, -11, -138);
+  path.quadTo(-28, -117, -53, -106);
+  path.quadTo(-62, -120, -72, -134);
+  path.quadTo(-82, -98, -97, -66);
   return path;
 }
 
@@ -141,10 +141,10 @@ void paintFringe(QPainter &painter, const AnimePose &pose) {
   band.quadTo(-76, -142, -86, -140);
   AnimeBrush::inside(painter, front, band, QColor(hairLight));
   QPainterPath parting;
-  parting.moveTo(36, -130);
-  parting.quadTo(30, -146, 32, -160);
-  parting.moveTo(-12, -130);
-  parting.quadTo(-14, -146, -8, -162);
+  parting.moveTo(37, -138);
+  parting.quadTo(31, -152, 33, -164);
+  parting.moveTo(-11, -138);
+  parting.quadTo(-13, -152, -7, -166);
   AnimeBrush::stroke(painter, parting, QColor(hairShade), 4);
   painter.restore();
 }
@@ -237,7 +237,7 @@ void paintBand(QPainter &painter, const AnimePose &pose) {
 
 void paintClip(QPainter &painter, const AnimePose &pose) {
   painter.save();
-  painter.translate(-62 + frontTravel * pose.turn, -132);
+  painter.translate(-64 + frontTravel * pose.turn, -136);
   painter.rotate(-16);
   painter.scale(34, 34);
   AnimeBrush::shape(painter, AnimeBrush::star(), QColor(gold), goldLine, 0.11);

@@ -139,8 +139,8 @@ AnimePose watching(double phase) {
   pose.legs[1].turn = -10 * std::max(0.0, -body);
   for (auto &arm : pose.arms) {
     arm.layer = AnimePose::Layer::behind;
-    arm.hand = {6, 62};
-    arm.elbow = 0.8;
+    arm.hand = {-14, 58};
+    arm.elbow = 0.75;
   }
   pose.eyes.open = 1 - Motion::blink(phase, 0.46, 0.1) - Motion::blink(phase, 0.94, 0.055);
   pose.follow.ears = -6 + 8 * rest(0.02);
