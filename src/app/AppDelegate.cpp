@@ -5,6 +5,7 @@
 #include "companion/Personas.h"
 
 #include <QCoreApplication>
+#include <QCursor>
 
 #include <algorithm>
 #include <iterator>
@@ -84,7 +85,9 @@ void AppDelegate::showPanelAtStart() {
   }
   m_popover->setTransient(false);
   m_showPanel = m_parts.scheduler.after(showPanelDelay, [this] {
-    togglePopover();
+    if (!m_popover->isShown()) {
+      showPopover();
+    }
     Diagnostics::line(u"SHOWPANEL", QStringLiteral("shown=%1 btnWin=%2")
                                         .arg(m_popover->isShown() ? QStringLiteral("true")
                                                                   : QStringLiteral("false"),
@@ -124,14 +127,16 @@ void AppDelegate::togglePopover() {
   if (m_popover->isShown() || m_popover->hasJustClosedItself()) {
     m_popover->close();
   } else {
-    showPopover();
+    showPopoverAt(QCursor::pos());
   }
 }
 
-void AppDelegate::showPopover() {
+void AppDelegate::showPopover() { showPopoverAt(std::nullopt); }
+
+void AppDelegate::showPopoverAt(const std::optional<QPoint> &click) {
   // The agents' files may have changed since, by the command line or by hand.
   m_store->refreshHookFlags();
-  m_popover->show(m_parts.statusItem.geometry());
+  m_popover->show(m_parts.statusItem.geometry(), click);
 }
 
 void AppDelegate::applyAppearance() const { m_parts.applyAppearance(); }

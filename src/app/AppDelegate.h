@@ -68,6 +68,7 @@ public:
 
 private:
   void setupMenubar();
+  void showPopoverAt(const std::optional<QPoint> &click);
   void showPanelAtStart();
   void showPetAtStart();
   /// The persona that `MORVO_PERSONA_ID` names, if it is a known one.

@@ -125,9 +125,13 @@ private:
             .pet = m_pet,
             .makeStore = [this] { return makeStore(); },
             .makePopover =
-                [](PetStore &store) {
+                [this](PetStore &store) {
                   return std::make_unique<PanelWindow>(
-                      store, QUrl(QStringLiteral("qrc:/qt/qml/Morvo/Panels/MainPanel.qml")));
+                      PanelWindow::Ground{.store = store,
+                                          .entries = m_panelEntries,
+                                          .stage = m_panelStage,
+                                          .petPlace = [this] { return petPlace(); },
+                                          .source = QUrl(PanelWindow::mainPanel)});
                 },
             .personaInPlay = [this] { return m_pet.personaInPlay(); },
             .idleFrames = [this](const QString &id) { return idleFrames(id); },
@@ -138,6 +142,11 @@ private:
                 },
             .checkForUpdate = nullptr,
             .handleOpenUrl = nullptr};
+  }
+
+  [[nodiscard]] std::optional<QRect> petPlace() const {
+    const DesktopPetWindow *const window = m_pet.window();
+    return window != nullptr ? std::optional(window->geometry()) : std::nullopt;
   }
 
   [[nodiscard]] std::unique_ptr<PetStore> makeStore() {
@@ -185,6 +194,10 @@ private:
   QtContextMenu m_menu;
   MenubarFrames m_menubarFrames;
   DesktopPetController m_pet;
+  /// No door is served yet.
+  PanelEntries m_panelEntries{{}};
+  PanelStage m_panelStage{
+      {.scene = m_pet.popoverScene(), .clock = m_clock, .scheduler = m_scheduler}};
   AppDelegate m_delegate;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QRect>
 
 #include <optional>
@@ -11,8 +12,9 @@ class PanelHost {
 public:
   virtual ~PanelHost() = default;
 
-  /// Shows the panel by the icon, where its place is known, and gives it the keyboard.
-  virtual void show(const std::optional<QRect> &icon) = 0;
+  /// Shows the panel by the icon where its place is known, else at the click that asked for it if
+  /// one did, else by the pet, and gives it the keyboard.
+  virtual void show(const std::optional<QRect> &icon, const std::optional<QPoint> &click) = 0;
   virtual void close() = 0;
   [[nodiscard]] virtual bool isShown() const = 0;
   /// Whether a click elsewhere has closed the panel a moment ago: that click may be the one on the

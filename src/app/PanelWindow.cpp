@@ -4,9 +4,9 @@
 #include "app/PetStore.h"
 #include "base/Diagnostics.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QQmlError>
+#include <QQuickItem>
 #include <QQuickStyle>
 #include <QQuickView>
 #include <QQuickWindow>
@@ -26,8 +26,10 @@ constexpr auto backendVariable = "QT_QUICK_BACKEND";
 
 } // namespace
 
-PanelWindow::PanelWindow(PetStore &store, QUrl source)
-    : m_store(&store), m_source(std::move(source)) {}
+const QString PanelWindow::mainPanel =
+    QStringLiteral("qrc:/qt/qml/Morvo/Panels/MainPanel.qml");
+
+PanelWindow::PanelWindow(Ground ground) : m_ground(std::move(ground)) {}
 
 PanelWindow::~PanelWindow() = default;
 
@@ -44,8 +46,10 @@ bool PanelWindow::load() {
   view->setColor(Qt::transparent);
   view->setResizeMode(QQuickView::SizeViewToRootObject);
   view->setTitle(QStringLiteral("MorvoBar"));
-  view->setInitialProperties({{QStringLiteral("store"), QVariant::fromValue(m_store)}});
-  view->setSource(m_source);
+  view->setInitialProperties({{QStringLiteral("store"), QVariant::fromValue(&m_ground.store)},
+                              {QStringLiteral("entries"), QVariant::fromValue(&m_ground.entries)},
+                              {QStringLiteral("stage"), QVariant::fromValue(&m_ground.stage)}});
+  view->setSource(m_ground.source);
   if (view->status() != QQuickView::Ready) {
     for (const QQmlError &error : view->errors()) {
       Diagnostics::line(u"PANEL", error.toString());
@@ -53,24 +57,29 @@ bool PanelWindow::load() {
     return false;
   }
   connect(view.get(), &QWindow::activeChanged, this, &PanelWindow::closeWhenInactive);
+  // Of a type that only the QML file knows.
+  connect(view->rootObject(), SIGNAL(closeRequested()), this, SLOT(close()));
   m_view = std::move(view);
   return true;
 }
 
-void PanelWindow::show(const std::optional<QRect> &icon) {
+void PanelWindow::show(const std::optional<QRect> &icon, const std::optional<QPoint> &click) {
   if (!load()) {
     return;
   }
-  const QPoint pointer = QCursor::pos();
-  QScreen *screen = QGuiApplication::screenAt(icon ? icon->center() : pointer);
+  const auto pet = m_ground.petPlace ? m_ground.petPlace() : std::nullopt;
+  const auto anchor = PanelPlacement::anchor({.icon = icon, .click = click, .pet = pet});
+  QScreen *screen = anchor ? QGuiApplication::screenAt(anchor->center()) : nullptr;
   if (screen == nullptr) {
     screen = QGuiApplication::primaryScreen();
   }
-  m_view->setPosition(
-      PanelPlacement::origin(m_view->size(), screen->availableGeometry(), icon, pointer));
+  const QRect workArea = screen->availableGeometry();
+  m_view->rootObject()->setProperty("screenHeight", workArea.height());
+  m_view->setPosition(PanelPlacement::origin(m_view->size(), workArea, anchor));
   m_view->show();
   m_view->raise();
   m_view->requestActivate();
+  QMetaObject::invokeMethod(m_view->rootObject(), "appeared");
 }
 
 void PanelWindow::close() {

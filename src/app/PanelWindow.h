@@ -1,13 +1,16 @@
 #pragma once
 
+#include "app/PanelEntries.h"
 #include "app/PanelHost.h"
+#include "app/PanelStage.h"
 
 #include <QElapsedTimer>
-#include <QObject>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 
+class QQuickItem;
 class QQuickView;
 
 namespace morvo {
@@ -15,27 +18,42 @@ namespace morvo {
 class PetStore;
 
 /// The panel as a QML window that floats above the others. Nothing of QML is loaded before the
-/// panel is first shown. Main thread.
+/// panel is first shown; then the view stays, and with it what was typed and the chosen tab. Main
+/// thread.
 class PanelWindow final : public QObject, public PanelHost {
   Q_OBJECT
 
 public:
-  /// `source` is the address of the QML file; its root gets `store` as a property.
-  PanelWindow(PetStore &store, QUrl source);
+  /// What the panel stands on; all references outlive the window.
+  struct Ground {
+    PetStore &store;
+    PanelEntries &entries;
+    PanelStage &stage;
+    /// Where the pet stands on the desktop; nothing while it is hidden. May be missing.
+    std::function<std::optional<QRect>()> petPlace;
+    /// The address of the QML file; its root gets store, entries and stage as properties.
+    QUrl source;
+  };
+
+  /// The main panel's address.
+  static const QString mainPanel;
+
+  explicit PanelWindow(Ground ground);
   ~PanelWindow() override;
 
-  void show(const std::optional<QRect> &icon) override;
-  void close() override;
+  void show(const std::optional<QRect> &icon, const std::optional<QPoint> &click) override;
   [[nodiscard]] bool isShown() const override;
   [[nodiscard]] bool hasJustClosedItself() const override;
   void setTransient(bool transient) override { m_transient = transient; }
+
+public Q_SLOTS:
+  void close() override;
 
 private:
   [[nodiscard]] bool load();
   void closeWhenInactive();
 
-  PetStore *m_store;
-  QUrl m_source;
+  Ground m_ground;
   std::unique_ptr<QQuickView> m_view;
   bool m_transient = true;
   /// Runs from the moment at which a click elsewhere closed the panel.

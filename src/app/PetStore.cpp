@@ -141,6 +141,28 @@ QCoro::Task<> PetStore::energyLoop(std::stop_token stop) {
   }
 }
 
+void PetStore::show(Picture picture) {
+  const auto put = [](auto &field, auto &value) {
+    if (value) {
+      field = *std::move(value);
+    }
+  };
+  put(m_connected, picture.connected);
+  put(m_chatHealth, picture.chatHealth);
+  put(m_mood, picture.mood);
+  put(m_needs, picture.needs);
+  put(m_quota, picture.quota);
+  put(m_reply, picture.reply);
+  put(m_thinking, picture.thinking);
+  put(m_usage, picture.usage);
+  put(m_fleet, picture.fleet);
+  put(m_messages, picture.messages);
+  if (picture.agents) {
+    publish(*std::move(picture.agents));
+  }
+  refreshAttention();
+}
+
 /// The decrement applies anew to the already lowered value, so a long absence drains quickly.
 void PetStore::drainEnergy() {
   const std::chrono::duration<double, std::ratio<3600>> sinceCare =

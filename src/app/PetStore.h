@@ -136,6 +136,21 @@ public:
     bool operator==(const SoftConfirm &) const = default;
   };
 
+  /// State that usually comes from elsewhere, for a picture of the panel. What is missing stays.
+  struct Picture {
+    std::optional<bool> connected;
+    std::optional<ChatHealth> chatHealth;
+    std::optional<QString> mood;
+    std::optional<Needs> needs;
+    std::optional<Quota> quota;
+    std::optional<QString> reply;
+    std::optional<bool> thinking;
+    std::optional<std::vector<DetectedAgent>> agents;
+    std::optional<UsageStats> usage;
+    std::optional<std::vector<FleetSession>> fleet;
+    std::optional<std::vector<ChatMessage>> messages;
+  };
+
   /// Does all of the store's start-up: state from disk, loops, inbox, pet.
   explicit PetStore(Parts parts);
   PetStore(const PetStore &) = delete;
@@ -220,6 +235,17 @@ public:
   void quitApp() override;
   void setPetOpacity(double opacity);
   void setPersona(const MorvoPersona &persona);
+  /// Another name for one of the user's personas. What the cloud knows keeps the old one until it
+  /// is told the next time.
+  void renameCustomPersona(const QString &id, const QString &name);
+  /// Takes one of the user's personas away with all its files; the default one follows a current
+  /// one.
+  void deleteCustomPersona(const QString &id);
+  /// Shows the pet on the desktop. Changes no setting.
+  void showPet() { m_parts.body.setVisible(true); }
+
+  /// Publishes the picture's state as it stands there; the loops go on.
+  void show(Picture picture);
 
   // Agents.
   /// Reads from the agents' files who is connected.
@@ -248,6 +274,8 @@ public:
   /// Draws what deserves the user's eye from the present state, and lets go of old news.
   void refreshAttention();
 
+  /// The settings, for the panels, which show and write some of them.
+  [[nodiscard]] const Setting &setting() const { return m_parts.setting; }
   /// The timers that the panels' models share with the store.
   [[nodiscard]] Scheduler &scheduler() const { return m_parts.scheduler; }
 
@@ -274,6 +302,8 @@ Q_SIGNALS:
   void geminiConnectedChanged();
   void cursorConnectedChanged();
   void personaChanged();
+  /// The list of the user's own personas has changed.
+  void customPersonasChanged();
   void fleetChanged();
   void sourceLoadsChanged();
   void attentionItemsChanged();

@@ -179,6 +179,24 @@ void PetStore::setPersona(const MorvoPersona &persona) {
   m_messages = std::vector<ChatMessage>();
 }
 
+void PetStore::renameCustomPersona(const QString &id, const QString &name) {
+  SettingsStore &settings = m_parts.setting.store();
+  Personas::rename(settings, id, name);
+  if (m_persona.value().id == id) {
+    m_persona = Personas::find(settings, id).value_or(m_persona.value());
+  }
+  Q_EMIT customPersonasChanged();
+}
+
+void PetStore::deleteCustomPersona(const QString &id) {
+  SettingsStore &settings = m_parts.setting.store();
+  Personas::deleteCustom(settings, m_parts.files, id);
+  if (m_persona.value().id == id && !Personas::find(settings, id)) {
+    setPersona(Personas::morvo());
+  }
+  Q_EMIT customPersonasChanged();
+}
+
 void PetStore::loadLinePack() {
   m_linePack = LinePackStore::load(m_parts.files, m_persona.value().id);
 }

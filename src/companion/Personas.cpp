@@ -2,6 +2,7 @@
 
 #include "platform/SettingKeys.h"
 
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -28,6 +29,15 @@ std::optional<std::vector<MorvoPersona>> decodeList(const QVariant &stored) {
     personas.push_back(*std::move(persona));
   }
   return personas;
+}
+
+void store(SettingsStore &settings, const std::vector<MorvoPersona> &personas) {
+  QJsonArray list;
+  for (const MorvoPersona &persona : personas) {
+    list.append(toJson(persona));
+  }
+  settings.set(SettingKeys::personaCustoms,
+               QString::fromUtf8(QJsonDocument(list).toJson(QJsonDocument::Compact)));
 }
 
 } // namespace
@@ -81,8 +91,7 @@ std::vector<MorvoPersona> customs(SettingsStore &settings) {
   if (!persona) {
     return {};
   }
-  const QJsonDocument list(QJsonArray{toJson(*persona)});
-  settings.set(SettingKeys::personaCustoms, QString::fromUtf8(list.toJson(QJsonDocument::Compact)));
+  store(settings, {*persona});
   return {*persona};
 }
 
@@ -100,6 +109,30 @@ MorvoPersona selected(SettingsStore &settings) {
 
 void select(SettingsStore &settings, const QString &id) {
   settings.set(SettingKeys::personaSelectedId, id);
+}
+
+void rename(SettingsStore &settings, const QString &id, const QString &name) {
+  auto personas = customs(settings);
+  const auto found = std::ranges::find(personas, id, &MorvoPersona::id);
+  if (found != personas.end()) {
+    found->name = name;
+    store(settings, personas);
+  }
+}
+
+void deleteCustom(SettingsStore &settings, const PetFiles &files, const QString &id) {
+  auto personas = customs(settings);
+  if (std::erase_if(personas, [&id](const MorvoPersona &each) { return each.id == id; }) == 0) {
+    return;
+  }
+  store(settings, personas);
+  const auto selectedId = settings.object(SettingKeys::personaSelectedId);
+  if (selectedId && selectedId->toString() == id) {
+    select(settings, morvo().id);
+  }
+  if (PetFiles::isPlainName(id)) {
+    QDir(files.userDirectory(id)).removeRecursively();
+  }
 }
 
 } // namespace morvo::Personas

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "companion/MorvoPersona.h"
+#include "pet/PetFiles.h"
 #include "platform/SettingsStore.h"
 
 #include <vector>
@@ -25,5 +26,11 @@ namespace morvo::Personas {
 [[nodiscard]] MorvoPersona selected(SettingsStore &settings);
 /// Stores the choice.
 void select(SettingsStore &settings, const QString &id);
+
+/// Gives one of the user's personas another name; an unknown id changes nothing.
+void rename(SettingsStore &settings, const QString &id, const QString &name);
+/// Takes one of the user's personas off the list, and its folder off the disk. A chosen one leaves
+/// the choice to the default persona. An id that is none of the user's changes nothing.
+void deleteCustom(SettingsStore &settings, const PetFiles &files, const QString &id);
 
 } // namespace morvo::Personas

@@ -2,136 +2,251 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Morvo.Panels
 
-// The panel beside the tray icon: what deserves the eye now, and which agents are connected.
-Rectangle {
+// The panel by the tray icon. It shows what the store publishes and hands every action back.
+FocusScope {
     id: panel
 
     required property PetStore store
+    required property PanelEntries entries
+    required property PanelStage stage
+    // The height of its screen that is free of bars; below 1 for no screen.
+    property int screenHeight: 0
+    property int tab: tabs.opening
 
-    readonly property PanelColors colors: PanelColors {}
+    readonly property int chatTab: 0
+    readonly property int monitorTab: 1
+    readonly property int petTab: 2
 
-    function tinted(base: color, opacity: real): color {
-        return Qt.rgba(base.r, base.g, base.b, opacity)
+    signal closeRequested
+
+    function takeTab(wanted: int) {
+        panel.tab = wanted
+        panel.tabAppeared()
+    }
+    function tabAppeared() {
+        if (panel.tab === panel.monitorTab) {
+            monitorTab.appeared()
+        }
+    }
+    // The host calls it whenever it brings the panel up.
+    function appeared() {
+        look.refresh()
+        panel.tabAppeared()
+        panel.forceActiveFocus()
+        if (panel.tab === panel.chatTab) {
+            chatTab.takeFocus()
+        }
     }
 
-    implicitWidth: 340
-    implicitHeight: content.implicitHeight + 28
+    implicitWidth: tabs.panelWidth()
+    implicitHeight: tabs.panelHeight(panel.screenHeight)
     width: implicitWidth
     height: implicitHeight
-    color: panel.colors.abyss
-    radius: 12
-    border.width: 1
-    border.color: panel.tinted(panel.colors.foam, 0.12)
+    focus: true
+    Keys.onEscapePressed: panel.closeRequested()
 
     Accessible.role: Accessible.Pane
     Accessible.name: "MorvoBar"
 
-    ColumnLayout {
-        id: content
+    PanelLook {
+        id: look
 
-        anchors {
-            left: parent.left
-            right: parent.right
-            top: parent.top
-            margins: 14
-        }
+        store: panel.store
+    }
+    TabsSection {
+        id: tabs
+
+        store: panel.store
+        look: look
+    }
+    HeaderSection {
+        id: header
+
+        store: panel.store
+        look: look
+    }
+    ApprovalPrompt {
+        id: prompt
+
+        store: panel.store
+        window: panel.Window.window as QuickWindow
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 12
+        color: look.abyss
+        border.width: 1
+        border.color: look.tinted(look.foam, 0.12)
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 14
         spacing: 10
 
-        Text {
-            text: "MorvoBar"
-            color: panel.colors.foam
-            font.pixelSize: 15
-            font.weight: Font.DemiBold
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 12
+
+            PetStageItem {
+                implicitWidth: 60
+                implicitHeight: 56
+                stage: panel.stage
+                Accessible.role: Accessible.Graphic
+                Accessible.name: header.name
+            }
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 2
+
+                PanelLabel {
+                    Layout.fillWidth: true
+                    look: look
+                    size: 15
+                    text: header.name
+                    font.weight: Font.DemiBold
+                    elide: Text.ElideRight
+                }
+                PanelLabel {
+                    Layout.fillWidth: true
+                    look: look
+                    size: 11
+                    text: header.state
+                    color: header.stateColor
+                    elide: Text.ElideRight
+                }
+                PanelLabel {
+                    Layout.fillWidth: true
+                    visible: text !== ""
+                    look: look
+                    size: 10
+                    text: header.trouble
+                    color: header.troubleColor
+                    elide: Text.ElideRight
+                }
+            }
+            PanelButton {
+                Layout.alignment: Qt.AlignTop
+                implicitWidth: 30
+                implicitHeight: 30
+                leftPadding: 0
+                rightPadding: 0
+                visible: panel.entries.settings
+                look: look
+                symbol: "gearshape"
+                symbolSize: 17
+                ground: "transparent"
+                help: "打开独立设置窗口"
+                onClicked: panel.entries.openSettings()
+            }
         }
 
-        Rectangle {
+        // The card makes its room smoothly.
+        Item {
+            id: approval
+
+            readonly property real wanted: prompt.pending ? card.implicitHeight : 0
+
             Layout.fillWidth: true
-            implicitHeight: now.implicitHeight + 20
-            radius: 9
-            color: panel.tinted(panel.colors.foam, 0.05)
-            border.width: 1
-            border.color: panel.tinted(panel.colors.body, 0.35)
+            implicitHeight: approval.wanted
+            visible: approval.height > 0 || prompt.pending
+            clip: true
 
-            ColumnLayout {
-                id: now
-
-                anchors {
-                    left: parent.left
-                    right: parent.right
-                    top: parent.top
-                    margins: 10
+            Behavior on implicitHeight {
+                enabled: panel.Window.visibility !== Window.Hidden
+                NumberAnimation {
+                    duration: 140
+                    easing.type: Easing.OutCubic
                 }
-                spacing: 5
+            }
+            ApprovalCard {
+                id: card
 
-                Text {
-                    text: "现在"
-                    color: panel.tinted(panel.colors.foam, 0.75)
-                    font.pixelSize: 11
-                }
-                Text {
+                width: parent.width
+                look: look
+                prompt: prompt
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 6
+            Accessible.role: Accessible.PageTabList
+            Accessible.name: "MorvoBar"
+
+            Repeater {
+                model: tabs.rows
+
+                delegate: PanelButton {
+                    id: tabButton
+
+                    required property int index
+                    required property string label
+                    required property string symbolName
+
+                    readonly property bool chosen: panel.tab === tabButton.index
+
                     Layout.fillWidth: true
-                    text: panel.store.attentionHeadline
-                    textFormat: Text.PlainText
-                    color: panel.colors.foam
-                    font.pixelSize: 13
-                    wrapMode: Text.Wrap
-                    maximumLineCount: 4
-                    elide: Text.ElideRight
-                }
-                Text {
-                    Layout.fillWidth: true
-                    text: panel.store.attentionExplain
-                    textFormat: Text.PlainText
-                    color: panel.tinted(panel.colors.foam, 0.75)
-                    font.pixelSize: 11
-                    wrapMode: Text.Wrap
-                    maximumLineCount: 3
-                    elide: Text.ElideRight
+                    Layout.preferredWidth: 1
+                    look: look
+                    implicitHeight: 32
+                    text: tabButton.label
+                    symbol: tabButton.symbolName
+                    ground: tabButton.chosen ? look.tinted(look.theme, 0.22) : look.tinted(look.foam, 0.06)
+                    ink: tabButton.chosen ? look.textOn(look.theme, 1, tabButton.ground) : look.textOn(look.foam, 0.75, tabButton.ground)
+                    onClicked: panel.takeTab(tabButton.index)
+                    Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+                    Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+
+                    Accessible.role: Accessible.PageTab
+                    Accessible.name: tabButton.label
+                    Accessible.selected: tabButton.chosen
                 }
             }
         }
 
-        ColumnLayout {
+        Item {
             Layout.fillWidth: true
-            spacing: 6
+            Layout.fillHeight: true
 
-            Repeater {
-                model: AgentListModel {
+            ChatTab {
+                id: chatTab
+
+                anchors.fill: parent
+                visible: panel.tab === panel.chatTab
+                store: panel.store
+                look: look
+                entries: panel.entries
+            }
+            ScrollArea {
+                anchors.fill: parent
+                visible: panel.tab === panel.monitorTab
+                look: look
+
+                MonitorTab {
+                    id: monitorTab
+
+                    width: parent.width
                     store: panel.store
+                    look: look
+                    animated: panel.Window.visibility !== Window.Hidden
                 }
+            }
+            ScrollArea {
+                anchors.fill: parent
+                visible: panel.tab === panel.petTab
+                look: look
 
-                delegate: RowLayout {
-                    id: agent
-
-                    required property string name
-                    required property string state
-                    required property bool connected
-
-                    Layout.fillWidth: true
-                    spacing: 8
-
-                    Accessible.role: Accessible.ListItem
-                    Accessible.name: agent.name + " " + agent.state
-
-                    Rectangle {
-                        implicitWidth: 6
-                        implicitHeight: 6
-                        radius: 3
-                        color: agent.connected ? panel.colors.body : panel.tinted(panel.colors.foam, 0.3)
-                    }
-                    Text {
-                        Layout.fillWidth: true
-                        text: agent.name
-                        color: panel.colors.foam
-                        font.pixelSize: 12
-                    }
-                    Text {
-                        text: agent.state
-                        color: panel.tinted(panel.colors.foam, 0.65)
-                        font.pixelSize: 11
-                    }
+                PetTab {
+                    width: parent.width
+                    store: panel.store
+                    look: look
+                    entries: panel.entries
+                    animated: panel.Window.visibility !== Window.Hidden
                 }
             }
         }

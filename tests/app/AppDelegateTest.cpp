@@ -32,9 +32,10 @@ public:
 
 class FakePanel final : public PanelHost {
 public:
-  void show(const std::optional<QRect> &icon) override {
+  void show(const std::optional<QRect> &icon, const std::optional<QPoint> &click) override {
     visible = true;
     shownBy = icon;
+    shownAtClick = click;
   }
   void close() override { visible = false; }
   [[nodiscard]] bool isShown() const override { return visible; }
@@ -45,6 +46,7 @@ public:
   bool justClosed = false;
   bool transient = true;
   std::optional<QRect> shownBy;
+  std::optional<QPoint> shownAtClick;
 };
 
 /// An icon whose pixels are all of one colour.

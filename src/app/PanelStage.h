@@ -1,0 +1,35 @@
+#pragma once
+
+#include "base/Scheduler.h"
+#include "pet/PetScene.h"
+
+#include <QObject>
+
+namespace morvo {
+
+/// The panel's stage, for the item that paints it. All it refers to outlives it. Main thread.
+class PanelStage final : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(bool still READ isStill CONSTANT)
+
+public:
+  struct Ground {
+    PetScene &scene;
+    Clock &clock;
+    Scheduler &scheduler;
+    /// A picture to be taken off screen: the pet stands as it is.
+    bool isStill = false;
+  };
+
+  explicit PanelStage(const Ground &ground) : m_ground(ground) {}
+
+  [[nodiscard]] PetScene &scene() const { return m_ground.scene; }
+  [[nodiscard]] Clock &clock() const { return m_ground.clock; }
+  [[nodiscard]] Scheduler &scheduler() const { return m_ground.scheduler; }
+  [[nodiscard]] bool isStill() const { return m_ground.isStill; }
+
+private:
+  Ground m_ground;
+};
+
+} // namespace morvo

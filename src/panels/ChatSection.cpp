@@ -1,0 +1,41 @@
+#include "panels/ChatSection.h"
+
+#include "panels/PanelTexts.h"
+
+namespace morvo {
+
+void ChatSection::setEntries(PanelEntries *entries) {
+  m_entries = entries;
+  Q_EMIT changed();
+}
+
+QString ChatSection::invitation() {
+  return QStringLiteral("跟它说点什么吧，它会一直陪着你写代码。");
+}
+
+bool ChatSection::send(const QString &draft) {
+  if (!m_isSendable || m_entries == nullptr || draft.trimmed().isEmpty()) {
+    return false;
+  }
+  m_entries->send(draft);
+  return true;
+}
+
+void ChatSection::connectTo(PetStore &store) {
+  observe(store, &PetStore::messagesChanged);
+  observe(store, &PetStore::personaChanged);
+  observe(store, &PetStore::chatHealthChanged);
+  observe(store, &PetStore::thinkingChanged);
+  observe(store, &PetStore::moodChanged);
+}
+
+void ChatSection::update(const PetStore &store, const PanelLook &look) {
+  m_messages.show(store.messages());
+  m_placeholder = QStringLiteral("跟") + store.persona().name + QStringLiteral("说点什么…");
+  const bool isSpent = store.chatHealth() == ChatHealth::quotaExceeded;
+  m_spentLine = isSpent ? PanelTexts::chatHealth(ChatHealth::quotaExceeded) : QString();
+  m_isSendable = !isSpent && !store.isThinking();
+  m_sendColor = look.fill(PanelTexts::accent(store.mood()));
+}
+
+} // namespace morvo

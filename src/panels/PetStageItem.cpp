@@ -1,0 +1,85 @@
+#include "panels/PetStageItem.h"
+
+#include <QQuickWindow>
+
+namespace morvo {
+namespace {
+
+/// How often a stage on which nothing runs is looked at.
+constexpr auto restPeriod = std::chrono::milliseconds(250);
+/// So small a picture needs few frames.
+constexpr ScenePainter::Budget budget{.pictures = qsizetype{3} * 1024 * 1024,
+                                      .packed = qsizetype{2} * 1024 * 1024};
+
+} // namespace
+
+PetStageItem::PetStageItem(QQuickItem *parent) : QQuickPaintedItem(parent), m_painter(budget) {}
+
+void PetStageItem::setStage(PanelStage *stage) {
+  if (m_stage == stage) {
+    return;
+  }
+  m_stage = stage;
+  Q_EMIT stageChanged();
+  runWhileSeen();
+}
+
+void PetStageItem::itemChange(ItemChange change, const ItemChangeData &value) {
+  QQuickPaintedItem::itemChange(change, value);
+  if (change == ItemSceneChange) {
+    disconnect(m_windowShown);
+    if (value.window != nullptr) {
+      m_windowShown =
+          connect(value.window, &QWindow::visibleChanged, this, &PetStageItem::runWhileSeen);
+    }
+    runWhileSeen();
+  } else if (change == ItemVisibleHasChanged) {
+    runWhileSeen();
+  }
+}
+
+void PetStageItem::geometryChange(const QRectF &now, const QRectF &before) {
+  QQuickPaintedItem::geometryChange(now, before);
+  if (now.size() != before.size()) {
+    update();
+  }
+}
+
+void PetStageItem::runWhileSeen() {
+  const bool isSeen = m_stage != nullptr && isVisible() && window() != nullptr &&
+                      (window()->isVisible() || m_stage->isStill());
+  if (!isSeen) {
+    m_timer = {};
+    m_painter.forgetFrames();
+    return;
+  }
+  m_stage->scene().present();
+  if (m_stage->isStill()) {
+    update();
+    return;
+  }
+  if (!m_timer.isActive()) {
+    tick();
+  }
+}
+
+void PetStageItem::tick() {
+  PetScene &scene = m_stage->scene();
+  scene.advance(m_stage->clock().instant());
+  if (scene.revision() != m_paintedRevision) {
+    m_paintedRevision = scene.revision();
+    update();
+  }
+  m_timer = m_stage->scheduler().after(scene.frameInterval().value_or(restPeriod),
+                                       [this] { tick(); });
+}
+
+void PetStageItem::paint(QPainter *painter) {
+  if (m_stage != nullptr) {
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
+    m_painter.paint(*painter, m_stage->scene(), boundingRect(),
+                    window() != nullptr ? window()->effectiveDevicePixelRatio() : 1);
+  }
+}
+
+} // namespace morvo

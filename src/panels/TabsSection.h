@@ -1,0 +1,35 @@
+#pragma once
+
+#include "panels/PanelRows.h"
+#include "panels/PanelSection.h"
+
+namespace morvo {
+
+/// The panel's tabs and its size. Rows: label, symbolName.
+class TabsSection : public PanelSection {
+  Q_OBJECT
+  QML_ELEMENT
+  Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
+  Q_PROPERTY(int opening READ opening NOTIFY changed)
+
+public:
+  explicit TabsSection(QObject *parent = nullptr);
+
+  [[nodiscard]] PanelRows *rows() { return &m_rows; }
+  /// The row of the tab that a new panel begins with.
+  [[nodiscard]] int opening() const { return m_opening; }
+  /// The panel's width in points.
+  Q_INVOKABLE [[nodiscard]] static int panelWidth();
+  /// Its height on a screen with that much height free of bars; below 1 for no screen.
+  Q_INVOKABLE [[nodiscard]] static int panelHeight(int visibleHeight);
+
+protected:
+  void connectTo(PetStore &store) override;
+  void update(const PetStore &store, const PanelLook &look) override;
+
+private:
+  PanelRows m_rows;
+  int m_opening = 0;
+};
+
+} // namespace morvo

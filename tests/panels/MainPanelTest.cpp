@@ -1,0 +1,355 @@
+#include "panels/PanelFixture.h"
+
+#include "panels/Contrast.h"
+#include "platform/SettingKeys.h"
+#include "platform/qt/AppearancePalettes.h"
+
+#include <QAccessible>
+#include <QSignalSpy>
+
+#include <set>
+
+namespace morvo {
+namespace {
+
+constexpr int chatTab = 0;
+constexpr int monitorTab = 1;
+constexpr int petTab = 2;
+
+/// How the panel is drawn.
+struct Drawing {
+  const char *appearance;
+  const char *theme;
+  double fontScale;
+  int tab;
+  bool isOverfull;
+};
+
+std::string nameOf(const testing::TestParamInfo<Drawing> &info) {
+  const Drawing &drawing = info.param;
+  return std::string(drawing.appearance) + "_" + drawing.theme + "_" +
+         (drawing.fontScale > 1 ? "large" : "usual") + "_" + std::to_string(drawing.tab) +
+         (drawing.isOverfull ? "_overfull" : "_normal");
+}
+
+class PanelDrawing : public test::PanelFixture, public testing::WithParamInterface<Drawing> {
+protected:
+  void openAsTold() {
+    const Drawing &drawing = GetParam();
+    set(SettingKeys::appearance, QString::fromLatin1(drawing.appearance));
+    set(SettingKeys::themeColor, QString::fromLatin1(drawing.theme));
+    set(SettingKeys::fontScale, drawing.fontScale);
+    m_doors.send = [this](const QString &text) { m_sent.append(text); };
+    m_doors.settings = [] {};
+    open();
+    m_store->show(drawing.isOverfull ? overfull() : normal());
+    if (drawing.isOverfull) {
+      sendPermission(QStringLiteral("aa11bb22cc33"), QStringLiteral("Bash"),
+                     QStringLiteral("rm -rf build/very/long/path && cmake --preset dev ").repeated(8));
+    }
+    takeTab(drawing.tab);
+    settle();
+  }
+};
+
+/// The item's seen rectangle in the window, after every clipping ancestor.
+QRectF seenRect(QQuickItem *item) {
+  QRectF rect = item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+  for (QQuickItem *parent = item->parentItem(); parent != nullptr; parent = parent->parentItem()) {
+    if (parent->clip()) {
+      rect &= parent->mapRectToScene(QRectF(0, 0, parent->width(), parent->height()));
+    }
+  }
+  return rect;
+}
+
+TEST_P(PanelDrawing, NoTextIsCutAndNothingReachesBesideThePanel) {
+  openAsTold();
+  const QRectF window(0, 0, m_view->width(), m_view->height());
+  for (QQuickItem *item : seenItems()) {
+    const QRectF rect = seenRect(item);
+    if (rect.isEmpty() || !item->inherits("QQuickText")) {
+      continue;
+    }
+    const std::string text = item->property("text").toString().toStdString();
+    EXPECT_LE(item->property("contentWidth").toDouble(), item->width() + 1) << text;
+    EXPECT_LE(item->property("contentHeight").toDouble(), item->height() + 1) << text;
+    EXPECT_GE(rect.left(), window.left()) << text;
+    EXPECT_LE(rect.right(), window.right()) << text;
+    EXPECT_LE(rect.bottom(), window.bottom() + 1) << text;
+    if (!GetParam().isOverfull) {
+      EXPECT_FALSE(item->property("truncated").toBool()) << text;
+    }
+  }
+  keepPicture(QString::fromStdString(
+      nameOf({GetParam(), 0})));
+}
+
+TEST_P(PanelDrawing, EveryTextCanBeReadOnThePanelsGround) {
+  openAsTold();
+  const bool isDark = QLatin1String(GetParam().appearance) == u"dark";
+  const QColor abyss = isDark ? QColor(0x10, 0x1b, 0x2d) : QColor(0xf6, 0xf9, 0xfc);
+  const QImage picture = grab();
+  for (QQuickItem *item : seenItems()) {
+    if (!item->inherits("QQuickText") || item->property("text").toString().isEmpty() ||
+        seenRect(item).isEmpty()) {
+      continue;
+    }
+    double opacity = 1;
+    for (QQuickItem *each = item; each != nullptr; each = each->parentItem()) {
+      opacity *= each->opacity();
+    }
+    if (opacity < 1) {
+      continue; // What cannot be used now is drawn faint.
+    }
+    // The ground as it was drawn, just beside the text.
+    const QRectF rect = seenRect(item);
+    const QPoint beside((rect.topLeft() + QPointF(-2, rect.height() / 2)).toPoint());
+    const QColor ground =
+        picture.rect().contains(beside) ? picture.pixelColor(beside) : abyss;
+    const auto color = item->property("color").value<QColor>();
+    EXPECT_GE(Contrast::ratio(QColor(color.rgb()), ground), Contrast::leastForText - 0.1)
+        << item->property("text").toString().toStdString() << " "
+        << color.name(QColor::HexArgb).toStdString() << " on " << ground.name().toStdString();
+  }
+}
+
+TEST_P(PanelDrawing, EveryControlHasANameAndARole) {
+  openAsTold();
+  int controls = 0;
+  for (QQuickItem *item : seenItems()) {
+    if (!item->activeFocusOnTab() && !item->inherits("QQuickAbstractButton")) {
+      continue;
+    }
+    QAccessibleInterface *const face = QAccessible::queryAccessibleInterface(item);
+    ASSERT_NE(face, nullptr) << item->metaObject()->className();
+    EXPECT_FALSE(face->text(QAccessible::Name).isEmpty()) << item->metaObject()->className();
+    EXPECT_NE(face->role(), QAccessible::NoRole) << item->metaObject()->className();
+    ++controls;
+  }
+  EXPECT_GE(controls, 4);
+}
+
+std::vector<Drawing> drawings() {
+  std::vector<Drawing> all;
+  for (const char *appearance : {"dark", "light"}) {
+    for (const int tab : {chatTab, monitorTab, petTab}) {
+      for (const bool isOverfull : {false, true}) {
+        for (const double scale : {1.0, 1.4}) {
+          all.push_back({appearance, "teal", scale, tab, isOverfull});
+        }
+      }
+    }
+    for (const char *theme : {"blue", "purple", "pink", "amber"}) {
+      all.push_back({appearance, theme, 1.0, chatTab, false});
+      all.push_back({appearance, theme, 1.0, petTab, false});
+    }
+  }
+  return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(Panel, PanelDrawing, testing::ValuesIn(drawings()), nameOf);
+
+class MainPanelTest : public test::PanelFixture {
+protected:
+  void openServed() {
+    m_doors.send = [this](const QString &text) { m_sent.append(text); };
+    m_doors.settings = [this] { ++m_settingsOpened; };
+    open();
+  }
+  [[nodiscard]] QQuickItem *field() const {
+    return seen("placeholderText", QStringLiteral("跟小沃说点什么…"));
+  }
+
+  int m_settingsOpened = 0;
+};
+
+TEST_F(MainPanelTest, AnEmptyStoreIsDrawn) {
+  open();
+  keepPicture(QStringLiteral("empty_chat"));
+  EXPECT_NE(seen("text", QStringLiteral("跟它说点什么吧，它会一直陪着你写代码。")), nullptr);
+  EXPECT_NE(seen("text", QStringLiteral("小沃")), nullptr);
+  takeTab(monitorTab);
+  keepPicture(QStringLiteral("empty_monitor"));
+  EXPECT_NE(seen("text", QStringLiteral("还没读到用量。在设置里扫描 Claude / Codex / Cursor，"
+                                        "或先用一会儿对应工具。")),
+            nullptr);
+  EXPECT_EQ(seen("text", QStringLiteral("现在")), nullptr);
+  takeTab(petTab);
+  keepPicture(QStringLiteral("empty_pet"));
+}
+
+TEST_F(MainPanelTest, IsAsLargeAsItsScreenAllows) {
+  open();
+  EXPECT_EQ(root()->size(), QSizeF(340, 580));
+  root()->setProperty("screenHeight", 500);
+  settle();
+  EXPECT_EQ(root()->size(), QSizeF(340, 380));
+}
+
+TEST_F(MainPanelTest, DoorsThatNobodyServesAreHidden) {
+  open();
+  EXPECT_EQ(field(), nullptr);
+  EXPECT_EQ(seen("symbol", QStringLiteral("gearshape")), nullptr);
+  EXPECT_EQ(seen("symbol", QStringLiteral("arrow.up.circle.fill")), nullptr);
+}
+
+TEST_F(MainPanelTest, TheGearOpensTheSettings) {
+  openServed();
+  click(seen("symbol", QStringLiteral("gearshape")));
+  EXPECT_EQ(m_settingsOpened, 1);
+}
+
+TEST_F(MainPanelTest, ReturnSendsTheDraftAndClearsIt) {
+  openServed();
+  m_store->show(normal());
+  settle();
+  ASSERT_NE(field(), nullptr);
+  field()->setProperty("text", QStringLiteral("早"));
+  field()->forceActiveFocus();
+  press(Qt::Key_Return);
+  EXPECT_EQ(m_sent, QStringList(QStringLiteral("早")));
+  EXPECT_EQ(field()->property("text").toString(), QString());
+  press(Qt::Key_Return);
+  EXPECT_EQ(m_sent.size(), 1);
+}
+
+TEST_F(MainPanelTest, WhileThePetThinksTheDraftWaits) {
+  openServed();
+  PetStore::Picture picture = normal();
+  picture.thinking = true;
+  m_store->show(picture);
+  settle();
+  EXPECT_FALSE(seen("symbol", QStringLiteral("arrow.up.circle.fill"))->isEnabled());
+  EXPECT_TRUE(field()->isEnabled());
+  field()->setProperty("text", QStringLiteral("早"));
+  field()->forceActiveFocus();
+  press(Qt::Key_Return);
+  EXPECT_TRUE(m_sent.isEmpty());
+  EXPECT_EQ(field()->property("text").toString(), QStringLiteral("早"));
+}
+
+TEST_F(MainPanelTest, ASpentQuotaClosesTheFieldAndSaysSo) {
+  openServed();
+  PetStore::Picture picture = normal();
+  picture.chatHealth = ChatHealth::quotaExceeded;
+  m_store->show(picture);
+  settle();
+  EXPECT_FALSE(field()->isEnabled());
+  EXPECT_FALSE(seen("symbol", QStringLiteral("arrow.up.circle.fill"))->isEnabled());
+  EXPECT_NE(seen("text", QStringLiteral("今日对话额度已用完")), nullptr);
+}
+
+TEST_F(MainPanelTest, DraftAndTabSurviveClosing) {
+  openServed();
+  field()->setProperty("text", QStringLiteral("半句"));
+  takeTab(petTab);
+  m_view->hide();
+  settle();
+  m_view->show();
+  QMetaObject::invokeMethod(root(), "appeared");
+  settle();
+  EXPECT_EQ(root()->property("tab").toInt(), petTab);
+  takeTab(chatTab);
+  EXPECT_EQ(field()->property("text").toString(), QStringLiteral("半句"));
+}
+
+TEST_F(MainPanelTest, EscapeAsksToClose) {
+  open();
+  const QSignalSpy closing(root(), SIGNAL(closeRequested()));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(closing.count(), 1);
+}
+
+TEST_F(MainPanelTest, NothingRunsWhileItIsClosed) {
+  open();
+  m_view->hide();
+  settle();
+  const auto revision = m_scene->revision();
+  advance(std::chrono::seconds(5));
+  EXPECT_EQ(m_scene->revision(), revision);
+  m_view->show();
+  settle();
+  advance(std::chrono::seconds(1));
+  EXPECT_NE(m_scene->revision(), revision);
+}
+
+TEST_F(MainPanelTest, TheKeyboardReachesEveryControlOfATab) {
+  openServed();
+  m_store->show(normal());
+  takeTab(monitorTab);
+  std::set<QQuickItem *> reached;
+  for (int step = 0; step < 40; ++step) {
+    press(Qt::Key_Tab);
+    reached.insert(m_view->activeFocusItem());
+  }
+  int buttons = 0;
+  for (QQuickItem *item : seenItems()) {
+    if (item->inherits("QQuickAbstractButton") && item->isEnabled()) {
+      ++buttons;
+      EXPECT_TRUE(reached.contains(item)) << item->property("text").toString().toStdString();
+    }
+  }
+  // Gear, three tabs, the reload button, four switches.
+  EXPECT_EQ(buttons, 9);
+}
+
+TEST_F(MainPanelTest, AppearanceThemeAndTextSizeActAtOnce) {
+  open();
+  m_store->show(normal());
+  settle();
+  const QImage dark = grab();
+  AppearancePalettes::apply(Appearance::light);
+  settle();
+  const QImage light = grab();
+  EXPECT_LT(qGray(dark.pixel(170, 8)), 60);
+  EXPECT_GT(qGray(light.pixel(170, 8)), 200);
+  set(SettingKeys::themeColor, QStringLiteral("pink"));
+  m_store->announceAppearanceChange();
+  settle();
+  EXPECT_NE(grab(), light);
+  QQuickItem *const name = seen("text", QStringLiteral("小沃"));
+  const double before = name->height();
+  set(SettingKeys::fontScale, 1.4);
+  m_store->announceAppearanceChange();
+  settle();
+  EXPECT_GT(name->height(), before * 1.3);
+}
+
+TEST_F(MainPanelTest, AThousandMessagesKeepFewBubblesAndShowTheNewest) {
+  open();
+  std::vector<ChatMessage> messages;
+  for (int i = 0; i < 1000; ++i) {
+    messages.push_back({.text = QStringLiteral("消息 %1").arg(i)});
+  }
+  PetStore::Picture picture;
+  picture.messages = messages;
+  m_store->show(picture);
+  settle();
+  EXPECT_NE(seen("text", QStringLiteral("消息 999")), nullptr);
+  int bubbles = 0;
+  for (QQuickItem *item : seenItems()) {
+    bubbles += item->inherits("QQuickTextEdit") ? 1 : 0;
+  }
+  EXPECT_LT(bubbles, 60);
+}
+
+TEST_F(MainPanelTest, ARequestShowsItsCardAndHostileTextStaysText) {
+  open();
+  EXPECT_EQ(seen("text", QStringLiteral("批准")), nullptr);
+  sendPermission(QStringLiteral("aa11bb22cc33"), QStringLiteral("Bash"),
+                 QStringLiteral("<b>rm</b> <img src='x'> \u202Egnp"));
+  settle();
+  EXPECT_NE(seen("text", QStringLiteral("要批准 Bash 吗？")), nullptr);
+  EXPECT_NE(seen("text", QStringLiteral("<b>rm</b> <img src='x'> [U+202E]gnp")), nullptr);
+  EXPECT_NE(seen("text", QStringLiteral("批准")), nullptr);
+  keepPicture(QStringLiteral("approval"));
+  for (QQuickItem *item : seenItems()) {
+    if (item->inherits("QQuickText")) {
+      EXPECT_EQ(item->property("textFormat").toInt(), 0); // Text.PlainText
+    }
+  }
+}
+
+} // namespace
+} // namespace morvo

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "app/PanelEntries.h"
+#include "app/PanelStage.h"
+#include "app/StoreFixture.h"
+#include "pet/MorvoSprites.h"
+
+#include <QQuickItem>
+#include <QQuickView>
+
+namespace morvo::test {
+
+/// The main panel on a store of fakes, drawn off screen.
+class PanelFixture : public StoreFixture {
+protected:
+  PanelFixture();
+  ~PanelFixture() override;
+
+  /// Starts the store, loads the panel and shows it.
+  void open();
+  /// Lets bindings, layouts and pictures settle.
+  void settle();
+  /// Brings up the tab of that row.
+  void takeTab(int tab);
+  [[nodiscard]] QImage grab();
+  /// Writes the picture for the eye when `MORVO_PANEL_PICTURES` names a folder.
+  void keepPicture(const QString &name);
+  [[nodiscard]] QQuickItem *root() const { return m_view->rootObject(); }
+  /// Every item that is seen, the root first.
+  [[nodiscard]] QList<QQuickItem *> seenItems() const;
+  /// The seen item of that class and text; null when there is none.
+  [[nodiscard]] QQuickItem *seen(const char *property, const QVariant &value) const;
+  void click(QQuickItem *item);
+  void press(int key);
+
+  [[nodiscard]] static PetStore::Picture normal();
+  [[nodiscard]] static PetStore::Picture overfull();
+
+  PanelEntries::Doors m_doors;
+  QStringList m_sent;
+  std::unique_ptr<PanelEntries> m_entries;
+  std::unique_ptr<MorvoSprites> m_sprites;
+  std::unique_ptr<PetScene> m_scene;
+  std::unique_ptr<PanelStage> m_stage;
+  std::unique_ptr<QQuickView> m_view;
+};
+
+} // namespace morvo::test
