@@ -52,6 +52,12 @@ double rate(const std::optional<PetPack> &pack, PetBehaviorMode mode) {
   return std::clamp(wanted, slowestRate, fastestRate);
 }
 
+double wait(const std::pair<double, double> &range, double factor, RandomSource &random) {
+  const double low = factor * range.first;
+  const double high = factor * range.second;
+  return random.uniform(low, std::max(high, low + leastSpread));
+}
+
 const QString &playedName(const PetPack::Action &action) {
   return action.frameSet.isEmpty() ? action.id : action.frameSet;
 }
@@ -100,18 +106,13 @@ BehaviorDecision::Move chosenMove(const BehaviorContext &context,
 BehaviorDecision decide(const BehaviorContext &context, const std::optional<PetPack> &pack,
                         const QSet<QString> &availableFrameSets, RandomSource &random) {
   const double pace = rate(pack, context.mode);
-  const auto [lower, upper] = cadence(context.mood);
-  const auto wait = [&](double factor) {
-    const double low = factor * lower / pace;
-    const double high = factor * upper / pace;
-    return random.uniform(low, std::max(high, low + leastSpread));
-  };
+  const std::pair<double, double> range = cadence(context.mood);
   if (context.stickyLoopActive || context.performing || context.quiet ||
-      context.secondsSincePerformance < lower * restShare / pace) {
-    return {.move = BehaviorDecision::None{}, .wait = wait(suppressedShare)};
+      context.secondsSincePerformance < range.first * restShare / pace) {
+    return {.move = BehaviorDecision::None{}, .wait = wait(range, suppressedShare / pace, random)};
   }
   auto move = chosenMove(context, pack, availableFrameSets, random);
-  return {.move = std::move(move), .wait = wait(1)};
+  return {.move = std::move(move), .wait = wait(range, 1 / pace, random)};
 }
 
 std::vector<PetPack::Action> candidates(const std::optional<PetPack> &pack,

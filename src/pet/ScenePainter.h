@@ -26,8 +26,8 @@ public:
     qsizetype pictures = 0; ///< For frames kept as they are drawn.
     qsizetype packed = 0;   ///< For those kept packed.
   };
-  static constexpr Budget standardBudget{.pictures = qsizetype{24} * 1024 * 1024,
-                                         .packed = qsizetype{12} * 1024 * 1024};
+  static constexpr Budget standardBudget{.pictures = qsizetype{30} * 1024 * 1024,
+                                         .packed = qsizetype{8} * 1024 * 1024};
 
   explicit ScenePainter(Budget budget = standardBudget);
   ~ScenePainter();

@@ -364,5 +364,95 @@ TEST_P(MadProfileTest, leavesAPetThatBreathesWithinItsLimits) {
 INSTANTIATE_TEST_SUITE_P(All, MadProfileTest,
                          testing::Values(-1e308, -1, -1e-300, 0.0, 1e-300, 1e9, 1e308));
 
+/// Orders in any order, as fast as anything can give them, on a pet whose pack is rewritten
+/// meanwhile.
+class AnyOrdersTest : public PetSceneBodyTest, public testing::WithParamInterface<std::uint64_t> {
+protected:
+  void order(RandomSource &random) {
+    static const QStringList moods{QStringLiteral("calm"), QStringLiteral("sleepy"),
+                                   QStringLiteral("hype"), QStringLiteral("")};
+    static const QStringList actions{idle, celebrate, QStringLiteral("dangle"),
+                                     QStringLiteral("../idle"), QStringLiteral("gone")};
+    switch (random.below(12)) {
+    case 0:
+      m_scene.setMood(moods[static_cast<qsizetype>(random.below(moods.size()))]);
+      break;
+    case 1:
+      m_scene.react(actions[static_cast<qsizetype>(random.below(actions.size()))]);
+      break;
+    case 2:
+    case 3:
+      m_scene.setCarried(random.below(3) > 0, random.uniform(-9000, 9000));
+      break;
+    case 4:
+    case 5:
+      m_scene.setTossed(random.below(2) == 0);
+      break;
+    case 6:
+      m_scene.beginGait(random.uniform(-1, 1));
+      break;
+    case 7:
+      m_scene.endGait();
+      break;
+    case 8:
+      m_scene.perform(static_cast<ProceduralGesture>(random.below(4)));
+      break;
+    case 9:
+      m_scene.emitHearts();
+      break;
+    case 10:
+      m_folder.writePack(pet, pack(random));
+      break;
+    default:
+      m_scene.setPersona(random.below(4) == 0 ? QStringLiteral("custom-2") : pet);
+    }
+  }
+  [[nodiscard]] static QByteArray pack(RandomSource &random) {
+    static const QByteArrayList packs{
+        R"({"motion":{"style":"floaty","swayDegrees":6,"bobAmplitude":12}})",
+        R"({"actions":[{"id":"dangle","loop":true,"tags":["carried","fly","走"]}]})",
+        R"({"actions":[{"id":"dangle","frameSet":"../idle"}],"autonomousActions":["dangle"]})",
+        "{}", "torn {"};
+    return packs[static_cast<qsizetype>(random.below(packs.size()))];
+  }
+};
+
+TEST_P(AnyOrdersTest, leaveAPetThatComesToRestInItsPlace) {
+  frames(idle, 3);
+  frames(celebrate, 5);
+  frames(QStringLiteral("dangle"), 4);
+  SeededRandomSource random(GetParam());
+  if (random.below(4) > 0) {
+    present(pack(random));
+  }
+  m_scene.setStrollHandler([&] { m_scene.beginGait(random.uniform(-1, 1)); });
+  for (int step = 0; step < 200; ++step) {
+    order(random);
+    pass(random.below(20) == 0 ? random.uniform(0, 400) : random.uniform(0, 0.3));
+    const QPointF off = m_scene.lifeNode().position() - m_scene.lifeBasePosition();
+    ASSERT_LT(std::hypot(off.x(), off.y()), 60);
+    ASSERT_LE(std::abs(m_scene.breathNode().yScale() - 1), 0.15);
+  }
+  m_scene.present();
+  m_scene.setQuietMode(true);
+  m_scene.setCarried(false, 0);
+  m_scene.setTossed(false);
+  m_scene.endGait();
+  m_scene.setMood(QStringLiteral("focused"));
+  pass(5);
+  m_folder.writePack(pet, R"({"tier":1})");
+  m_scene.setPersona(pet);
+  pass(1);
+  EXPECT_EQ(m_scene.lifeNode().position(), m_scene.lifeBasePosition());
+  EXPECT_EQ(m_scene.lifeNode().rotation(), 0);
+  EXPECT_EQ(m_scene.lifeNode().xScale(), m_scene.facing());
+  EXPECT_EQ(m_scene.breathNode().xScale(), 1);
+  EXPECT_EQ(m_scene.pet()->yScale(), 1);
+  EXPECT_TRUE(shown().startsWith(u"idle/"));
+  EXPECT_EQ(m_scene.root().children().size(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, AnyOrdersTest, testing::Range(std::uint64_t{0}, std::uint64_t{12}));
+
 } // namespace
 } // namespace morvo
