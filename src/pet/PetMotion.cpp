@@ -111,9 +111,8 @@ void PetMotion::stroll(double distance, double speed) {
 }
 
 void PetMotion::walkOn() {
-  const double t =
-      inSeconds(m_ground.clock.instant() - m_walk->start) / inSeconds(m_walk->duration);
-  moveTo({qRound(m_walk->startX + m_walk->distance * PetStroll::ease(t)), m_origin.y()});
+  const double t = inSeconds(m_ground.clock.instant() - m_walk.start) / inSeconds(m_walk.duration);
+  moveTo({qRound(m_walk.startX + m_walk.distance * PetStroll::ease(t)), m_origin.y()});
   if (t >= 1) {
     cancelStroll();
     recoverIfOffscreen();
@@ -121,8 +120,8 @@ void PetMotion::walkOn() {
 }
 
 void PetMotion::cancelStroll() {
-  if (m_walk) {
-    m_walk.reset();
+  if (isStrolling()) {
+    m_walk.timer.cancel();
     m_ground.scene.endGait();
     m_ground.window.wake();
   }
@@ -148,8 +147,8 @@ void PetMotion::recoverIfOffscreen() {
 }
 
 void PetMotion::windowPlaced(const QRect &panel) {
-  if (m_walk) {
-    m_walk->startX += panel.x() - m_origin.x();
+  if (isStrolling()) {
+    m_walk.startX += panel.x() - m_origin.x();
   }
   m_origin = panel.topLeft();
 }

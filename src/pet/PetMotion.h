@@ -61,16 +61,16 @@ public:
 
   [[nodiscard]] bool isCarried() const { return m_isCarried; }
   [[nodiscard]] bool isFlying() const { return m_flight.isActive(); }
-  [[nodiscard]] bool isStrolling() const { return m_walk.has_value(); }
+  [[nodiscard]] bool isStrolling() const { return m_walk.timer.isActive(); }
   /// Where the window stands, the last step included.
   [[nodiscard]] QRect panel() const;
 
 private:
   struct Walk {
-    double startX;
-    double distance;
+    double startX = 0;
+    double distance = 0;
     Instant start;
-    Duration duration;
+    Duration duration{};
     Scheduler::Timer timer;
   };
 
@@ -88,7 +88,7 @@ private:
   QPoint m_origin;
   QPointF m_velocity;
   Scheduler::Timer m_flight;
-  std::optional<Walk> m_walk;
+  Walk m_walk;
   bool m_isCarried = false;
 };
 

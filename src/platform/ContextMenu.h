@@ -13,11 +13,11 @@ class ContextMenu {
 public:
   struct Entry {
     /// Empty for a separator.
-    QString title = {};
+    QString title;
     /// What choosing the entry does; without it the entry can be seen but not chosen.
-    std::function<void()> choose = {};
+    std::function<void()> choose;
     /// The submenu; with one the entry only opens it.
-    std::vector<Entry> entries = {};
+    std::vector<Entry> entries;
 
     [[nodiscard]] bool isSeparator() const { return title.isEmpty(); }
     [[nodiscard]] bool isEnabled() const { return choose || !entries.empty(); }
