@@ -21,6 +21,8 @@ constexpr qsizetype fewestThinned = 12;
 /// Frames are kept no larger than this while their cells are made; it is the side of the canvas on
 /// which pets are baked.
 constexpr int mostSide = 512;
+/// From larger ones only so many pixels are looked at.
+constexpr int mostSmoothSide = 4 * mostSide;
 /// Air around the content, in fractions of the frame.
 constexpr double air = 0.06;
 
@@ -39,7 +41,11 @@ QRect cropOf(const QImage &image, const QRectF &bbox) {
 /// A frame no larger than it takes to tell its cells; null when it is no sound picture.
 QImage decoded(const QString &file) {
   // The probe also keeps from opening what is no regular file.
-  const QImage image = FrameFile::probe(file) ? FrameFile::decode(file) : QImage();
+  QImage image = FrameFile::probe(file) ? FrameFile::decode(file) : QImage();
+  if (std::max(image.width(), image.height()) > mostSmoothSide) {
+    // Smoothing makes a copy of all pixels first.
+    image = image.scaled(mostSmoothSide, mostSmoothSide, Qt::KeepAspectRatio);
+  }
   if (std::max(image.width(), image.height()) <= mostSide) {
     return image;
   }

@@ -15,8 +15,9 @@ class WindowSystem {
 public:
   virtual ~WindowSystem() = default;
 
-  /// Puts the window on all workspaces and keeps it out of task bars and pagers. To be called
-  /// after `create()` and before the window is shown.
+  /// Puts the window on all workspaces and above all others, full-screen ones included, keeps it
+  /// out of task bars and pagers, and lets it stand partly off the screen. To be called after
+  /// `create()` and before the window is shown.
   virtual void prepareOverlay(QWindow &window) = 0;
   /// Lets clicks outside `region` through to the window below. An empty region lets all through.
   virtual void setInputRegion(QWindow &window, const QRegion &region) = 0;

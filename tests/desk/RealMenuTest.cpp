@@ -65,6 +65,9 @@ TEST_F(RealMenuTest, OpensOnARightClickAndTakesNoFocusFromTheWindowInUse) {
   keep(QStringLiteral("menu"));
   EXPECT_EQ(shownMenu()->actions().size(), 20);
   EXPECT_EQ(m_interactions.taps, 0);
+  EXPECT_EQ(
+      desktop().output(QStringLiteral("xdotool"), {QStringLiteral("getactivewindow")}).trimmed(),
+      QString::number(m_below.winId()));
 }
 
 TEST_F(RealMenuTest, AClickElsewhereClosesItAndDoesNothing) {
