@@ -35,7 +35,7 @@ TEST(MotionTest, ASettleBeginsInFullAndDiesAway) {
 }
 
 TEST(MotionTest, AnAgeGoesRoundALoop) {
-  EXPECT_DOUBLE_EQ(Motion::age(0.5, 0.4, 0.2), 0.5);
+  EXPECT_NEAR(Motion::age(0.5, 0.4, 0.2), 0.5, 1e-9);
   EXPECT_NEAR(Motion::ageInLoop(0.1, 0.9, 0.4), 0.5, 1e-9);
   EXPECT_DOUBLE_EQ(Motion::ageInLoop(0.8, 0.9, 0.4), 1);
 }

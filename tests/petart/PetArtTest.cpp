@@ -126,8 +126,9 @@ TEST_P(PetArtTest, LoopsCloseWithoutASeam) {
     }
     const std::vector<double> all = steps(action.frameSet);
     const double seam = all.back();
-    const double neighbours = std::max(all.front(), all.at(all.size() - 2));
-    EXPECT_LE(seam, neighbours * 1.05) << action.id.toStdString();
+    const std::size_t last = all.size() - 1;
+    const double neighbours = std::max({all[0], all[1], all[last - 1], all[last - 2]});
+    EXPECT_LE(seam, neighbours) << action.id.toStdString();
     EXPECT_GT(*std::ranges::max_element(all), 0) << action.id.toStdString();
   }
 }
@@ -162,14 +163,6 @@ TEST_P(PetArtTest, StandsOnTheSameLineInEverySet) {
       EXPECT_NEAR(lowestLine(m_pet.frame(set, index)), base, tolerance)
           << set.toStdString() << ' ' << index;
     }
-  }
-}
-
-TEST_P(PetArtTest, EverySetMovesWithoutAJumpThatTheEyeWouldCatch) {
-  // The largest step of a set is a fast move, not a cut: cuts change several times as much.
-  constexpr double cut = 26;
-  for (const auto &action : m_pack.actions) {
-    EXPECT_LT(std::ranges::max(steps(action.frameSet)), cut) << action.id.toStdString();
   }
 }
 

@@ -114,8 +114,8 @@ MorvoPose alert(double phase, const MorvoPose &rest) {
   pose.mouthRound = 0.85 * alarm;
   raiseFins(pose, waving, 46, 24 * wave(phase * 8));
   for (MorvoPose::Fin *ear : {&pose.leftEar, &pose.rightEar}) {
-    ear->turn = mix(rest.leftEar.turn, 17, alarm);
-    ear->bend = mix(rest.leftEar.bend, -6, alarm);
+    const MorvoPose::Fin &still = ear == &pose.leftEar ? rest.leftEar : rest.rightEar;
+    *ear = {mix(still.turn, 17, alarm), mix(still.bend, -6, alarm)};
   }
   pose.tail += 16 * alarm;
   pose.stalk = mix(rest.stalk, 52, alarm);
@@ -167,7 +167,7 @@ MorvoPose petted(double phase, const MorvoPose &rest) {
   shut(pose, plateau(phase, 0.04, 0.12, 0.86, 0.94));
   pose.eyesLaughing = phase > 0.11 && phase < 0.88 ? 1 : 0;
   pose.blush = rest.blush + 0.5 * bliss;
-  pose.smile = 1.15;
+  pose.smile = mix(rest.smile, 1.15, bliss);
   for (MorvoPose::Fin *ear : {&pose.leftEar, &pose.rightEar}) {
     ear->turn = mix(ear->turn, 84 + 9 * stroke, bliss);
     ear->bend = mix(ear->bend, 30, bliss);

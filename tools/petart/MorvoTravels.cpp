@@ -46,7 +46,7 @@ MorvoPose carried(double phase, const MorvoPose &rest) {
   squash(pose, 1.05 + 0.012 * wave(phase * 2));
   pose.pivot = 330;
   pose.tilt = 5.5 * wave(phase);
-  pose.shift = {0, -4};
+  pose.shift = {0, -10};
   pose.yaw = 2 + 9 * wave(phase, -0.1);
   pose.pitch = -4;
   pose.gaze = QPointF(3 * wave(phase), -8 + 14 * plateau(phase, 0.42, 0.48, 0.8, 0.88));
