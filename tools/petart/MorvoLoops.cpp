@@ -79,7 +79,7 @@ MorvoPose watching(double phase, const MorvoPose &rest) {
   // The eyes lead, the head follows.
   const double eyes = look.inLoop(phase + 0.035);
   const double head = look.inLoop(phase);
-  squash(pose, 1.02 + 0.012 * wave(phase * 2) - 0.03 * bump(phase, 0.08, 0.24) -
+  squash(pose, 1.02 + 0.012 * wave(phase * 2, 0.25) - 0.03 * bump(phase, 0.08, 0.24) -
                    0.03 * bump(phase, 0.56, 0.72));
   pose.gaze = QPointF(9 * eyes, -2);
   pose.yaw = 9 + 19 * head;
@@ -90,12 +90,12 @@ MorvoPose watching(double phase, const MorvoPose &rest) {
   shut(pose, std::max(blink(phase, 0.11, 0.09), blink(phase, 0.6, 0.09)));
   pose.leftEar.turn = 36 - 5 * head;
   pose.rightEar.turn = 36 + 5 * head;
-  pose.leftArm.turn = 128 + 5 * wave(phase, -0.1);
-  pose.rightArm.turn = 128 + 5 * wave(phase, -0.1);
-  pose.tail += 12 * wave(phase * 2, -0.1);
+  pose.leftArm.turn = 128 + 5 * wave(phase, 0.25);
+  pose.rightArm.turn = 128 + 5 * wave(phase, 0.25);
+  pose.tail += 12 * wave(phase * 2, 0.25);
   pose.stalk = 58 + 14 * head;
   pose.glow = 0.75;
-  pose.lantern = 0.95 + 0.05 * wave(phase * 2);
+  pose.lantern = 0.95 + 0.05 * wave(phase * 2, 0.25);
   pose.smile = 0.6;
   return pose;
 }
@@ -129,8 +129,8 @@ MorvoPose code(double phase, const MorvoPose &rest) {
   pose.lantern = 0.7 + 0.3 * think;
   pose.shell = 1;
   pose.typing = 0.5 + 0.5 * busy * wave(phase * 3);
-  addBubble(pose, ageInLoop(phase, 0.05, 0.5), {214, 392}, {80, 236}, 17);
-  addBubble(pose, ageInLoop(phase, 0.4, 0.5), {330, 392}, {456, 250}, 14);
+  addBubble(pose, ageInLoop(phase, 0.05, 0.5), {140, 412}, {62, 250}, 19);
+  addBubble(pose, ageInLoop(phase, 0.4, 0.5), {384, 412}, {458, 262}, 16);
   return pose;
 }
 

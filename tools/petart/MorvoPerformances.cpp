@@ -199,19 +199,19 @@ MorvoPose curious(double phase, const MorvoPose &rest) {
   MorvoPose pose = rest;
   constexpr double popAt = 0.56;
   // A stray bubble sinks in from the upper right and is looked at, closer and closer.
-  static const Curve sideways{{0.03, 450}, {0.2, 404}, {0.34, 384}, {0.46, 330}, {0.54, 306}};
-  static const Curve down{{0.03, 70}, {0.2, 170}, {0.34, 214}, {0.46, 300}, {0.54, 318}};
+  static const Curve sideways{{0.03, 466}, {0.2, 444}, {0.34, 468}, {0.46, 452}, {0.54, 454}};
+  static const Curve down{{0.03, 70}, {0.2, 150}, {0.34, 214}, {0.46, 258}, {0.54, 262}};
   const QPointF bubble(sideways.at(phase) + 6 * wave(phase * 4), down.at(phase));
   const double follow = plateau(phase, 0.05, 0.14, popAt - 0.02, popAt);
   const double near = plateau(phase, 0.34, 0.48, popAt, popAt + 0.02);
   const double startle = plateau(phase, popAt, popAt + 0.03, 0.64, 0.72);
   const double giggle = plateau(phase, 0.7, 0.76, 0.88, 0.98);
-  pose.gaze = QPointF(std::clamp((bubble.x() - 292) / 12, -9.0, 9.0),
-                      std::clamp((bubble.y() - 296) / 14, -10.0, 9.0)) *
+  pose.gaze = QPointF(std::clamp((bubble.x() - 352) / 11, -9.0, 9.0),
+                      std::clamp((bubble.y() - 290) / 15, -10.0, 9.0)) *
               follow;
-  pose.yaw = mix(rest.yaw, 14 + 14 * (1 - near), follow);
+  pose.yaw = mix(rest.yaw, 24 + 4 * near, follow);
   pose.tilt = 5 * follow * (1 - near) - 7 * startle;
-  pose.lean = 0.025 * near - 0.03 * startle;
+  pose.lean = 0.03 * near - 0.04 * startle;
   pose.pitch = -8 * follow * (1 - near) + 5 * near - 4 * startle;
   pose.eyeScale = 1 + 0.09 * follow + 0.1 * plateau(phase, 0.62, 0.65, 0.69, 0.74);
   pose.browLift = 7 * std::max(follow, startle);
@@ -224,8 +224,8 @@ MorvoPose curious(double phase, const MorvoPose &rest) {
   squash(pose,
          1 + 0.02 * follow - 0.1 * bump(phase, popAt, 0.68) + 0.035 * giggle * wave(phase * 9));
   const double poke = plateau(phase, 0.4, 0.5, popAt, 0.66);
-  pose.rightArm.turn = mix(rest.rightArm.turn, -16, poke);
-  pose.rightArm.bend = mix(rest.rightArm.bend, -44, poke);
+  pose.rightArm.turn = mix(rest.rightArm.turn, 34, poke);
+  pose.rightArm.bend = mix(rest.rightArm.bend, -8, poke);
   raiseFins(pose, 0.8 * startle, 66, 0);
   pose.leftEar.turn = mix(rest.leftEar.turn, 30, std::max(follow, startle));
   pose.rightEar.turn = mix(rest.rightEar.turn, 30, std::max(follow, startle));
@@ -241,8 +241,8 @@ MorvoPose curious(double phase, const MorvoPose &rest) {
     constexpr int splashes = 7;
     for (int index = 0; index < splashes; ++index) {
       const double angle = 2 * std::numbers::pi * index / splashes;
-      const double reach = 22 + 44 * burst;
-      pose.drops.push_back({QPointF(306 + reach * std::cos(angle), 318 + reach * std::sin(angle)),
+      const double reach = 18 + 22 * burst;
+      pose.drops.push_back({QPointF(454 + reach * std::cos(angle), 262 + reach * std::sin(angle)),
                             15 * (1 - 0.5 * burst), 1 - burst,
                             angle * 180 / std::numbers::pi + 90});
     }

@@ -18,8 +18,8 @@ using Shade::faded;
 void paintBubble(QPainter &painter, const MorvoPose::Floater &bubble) {
   const double radius = bubble.size / 2;
   painter.setBrush(Shade::radial(bubble.centre, radius,
-                                 {{0, faded(0xffeaffff, 0.18 * bubble.opacity)},
-                                  {0.7, faded(0xff9fe9ff, 0.34 * bubble.opacity)},
+                                 {{0, faded(0xffeaffff, 0.28 * bubble.opacity)},
+                                  {0.7, faded(0xff9fe9ff, 0.42 * bubble.opacity)},
                                   {1, faded(0xff4fbaff, 0.75 * bubble.opacity)}}));
   painter.setPen(QPen(faded(0xff2f86da, 0.9 * bubble.opacity), 2.6));
   painter.drawEllipse(bubble.centre, radius, radius);

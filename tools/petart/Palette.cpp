@@ -11,7 +11,7 @@
 namespace morvo::Palette {
 namespace {
 
-constexpr std::size_t mostColors = 144;
+constexpr std::size_t mostColors = 136;
 constexpr int channels = 4;
 using Channels = std::array<double, channels>;
 

@@ -5,6 +5,7 @@
 #include <QRadialGradient>
 
 #include <algorithm>
+#include <cmath>
 
 namespace morvo::Shade {
 namespace {
@@ -17,7 +18,7 @@ template <class Gradient> QBrush withStops(Gradient gradient, std::initializer_l
 }
 
 int channel(int from, int to, double part) {
-  return std::clamp(static_cast<int>(from + (to - from) * part + 0.5), 0, 255);
+  return std::clamp(static_cast<int>(std::lround(from + (to - from) * part)), 0, 255);
 }
 
 } // namespace

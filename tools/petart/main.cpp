@@ -93,8 +93,15 @@ int run(const QStringList &words) {
 } // namespace
 
 int main(int argc, char **argv) {
-  // Text on a sheet needs the fonts of an application; no display is asked for.
+  QStringList words;
+  for (int index = 1; index < argc; ++index) {
+    words.append(QString::fromLocal8Bit(argv[index]));
+  }
+  if (words.value(0) != QStringLiteral("--strip")) {
+    return run(words);
+  }
+  // The numbers on a strip need the fonts of an application; no display is asked for.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   const QGuiApplication application(argc, argv);
-  return run(QGuiApplication::arguments().mid(1));
+  return run(words);
 }
