@@ -20,6 +20,7 @@ constexpr Spring stalkSpring{.frequency = 2.1, .damping = 0.24};
 /// How the head goes over a set, in pixels.
 std::vector<double> headUpAndDown(const std::vector<MorvoPose> &poses) {
   std::vector<double> way;
+  way.reserve(poses.size());
   for (const MorvoPose &pose : poses) {
     way.push_back(pose.shift.y() - headHeight * (pose.heightScale - 1) + pose.pitch);
   }
@@ -28,6 +29,7 @@ std::vector<double> headUpAndDown(const std::vector<MorvoPose> &poses) {
 
 std::vector<double> headSideways(const std::vector<MorvoPose> &poses) {
   std::vector<double> way;
+  way.reserve(poses.size());
   for (const MorvoPose &pose : poses) {
     // A tumble has no sideways way to follow.
     const double tilt = std::clamp(pose.tilt, -30.0, 30.0);

@@ -76,7 +76,8 @@ MorvoPose celebrate(double phase, const MorvoPose &rest) {
   for (std::size_t index = 0; index < bubbles.size(); ++index) {
     const QPointF to = bubbles[index];
     addBubble(pose, age(phase, 0.5 + 0.06 * static_cast<double>(index), 0.32),
-              {mix(256, to.x(), 0.55), 370}, to - QPointF(0, 90), 20 + 5.0 * (index % 3));
+              {mix(256, to.x(), 0.55), 370}, to - QPointF(0, 90),
+              20 + 5.0 * static_cast<double>(index % 3));
   }
   for (int index = 0; index < 3; ++index) {
     const double since = age(phase, 0.6 + 0.08 * index, 0.24);

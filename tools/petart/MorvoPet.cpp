@@ -28,6 +28,7 @@ constexpr std::array<Action, sets.size()> actions{
 
 std::vector<MorvoPose> posesOf(const FrameSet &set, Action action, const MorvoPose &rest) {
   std::vector<MorvoPose> poses;
+  poses.reserve(static_cast<std::size_t>(set.frames));
   for (int frame = 0; frame < set.frames; ++frame) {
     poses.push_back(action(set.phase(frame), rest));
   }
