@@ -18,7 +18,7 @@ public:
 
   [[nodiscard]] static std::vector<std::string> all() {
     std::vector<std::string> ids;
-    for (const QString &id : QStringLiteral(MORVO_BUILT_IN_PETS).split(u';', Qt::SkipEmptyParts)) {
+    for (const QString &id : QStringLiteral(MORVO_BUILT_IN_PETS).split(u',', Qt::SkipEmptyParts)) {
       ids.push_back(id.toStdString());
     }
     return ids;
