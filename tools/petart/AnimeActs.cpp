@@ -191,8 +191,8 @@ void petted(AnimePose &pose, double phase) {
     const double wriggle = wave(phase * 4, 0.5 * static_cast<double>(index));
     reach(pose.arms.at(index), {-4, 40 + 4 * wriggle}, 0.5, bliss);
   }
-  pose.legs[0].turn -= 8 * bliss;
-  pose.legs[1].turn += 8 * bliss;
+  pose.legs[0].turn -= 4 * bliss;
+  pose.legs[1].turn += 4 * bliss;
   pose.legs[0].foot += QPointF(5, 0) * bliss;
   pose.legs[1].foot += QPointF(-5, 0) * bliss;
   pose.follow.ears += 20 * bliss + 4 * pat;

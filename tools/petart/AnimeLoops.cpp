@@ -209,7 +209,7 @@ AnimePose walk(double phase) {
 AnimePose carried(double phase) {
   AnimePose pose;
   constexpr double hoodHeight = 300;
-  constexpr double dangling = -16;
+  constexpr double dangling = -20;
   pose.pivot = hoodHeight;
   pose.shift.setY(dangling);
   pose.tilt = 5 * wave(phase);
