@@ -72,20 +72,20 @@ void rise(AnimePose &pose, double phase, Kind kind, double birth, QPointF from, 
 void celebrate(AnimePose &pose, double phase) {
   // Down, up, down on the knees, a smaller hop with the head thrown to the side, and home.
   const Curve stretch{{0, 1},
-                      {0.1, 0.87},
-                      {0.15, 0.87},
-                      {0.2, 1.07, Ease::out},
+                      {0.1, 0.88},
+                      {0.14, 0.88},
+                      {0.22, 1.06},
                       {0.31, 1},
-                      {0.4, 1.03},
-                      {0.45, 0.86, Ease::out},
-                      {0.53, 1.03},
+                      {0.4, 1.02},
+                      {0.49, 0.88, Ease::out},
+                      {0.56, 1.02},
                       {0.62, 1},
-                      {0.69, 0.92, Ease::out},
-                      {0.76, 1.02},
+                      {0.7, 0.93, Ease::out},
+                      {0.77, 1.02},
                       {0.84, 1}};
   squash(pose, stretch.at(phase));
   const double jump = Motion::flight(phase, 0.16, 0.42);
-  const double hop = Motion::flight(phase, 0.5, 0.67);
+  const double hop = Motion::flight(phase, 0.53, 0.69);
   const double joy = plateau(phase, 0.12, 0.2, 0.82, 0.95);
   pose.shift.setY(-34 * jump - 22 * hop);
   pose.sway += 7 * joy * wave(phase * 3) * Motion::ramp(phase, 0.42, 0.5);
@@ -110,12 +110,12 @@ void celebrate(AnimePose &pose, double phase) {
   pose.mouth.open = joy;
   pose.blush = mix(pose.blush, 1, joy);
   burst(pose, phase, 0.18, {240, 190}, 158);
-  burst(pose, phase, 0.5, {240, 200}, 164);
+  burst(pose, phase, 0.53, {240, 200}, 164);
 }
 
 void alert(AnimePose &pose, double phase) {
-  const Curve stretch{{0, 1},       {0.07, 0.9},  {0.15, 1.09, Ease::out},
-                      {0.27, 0.95}, {0.36, 1.02}, {0.44, 1}};
+  const Curve stretch{{0, 1},       {0.07, 0.92}, {0.18, 1.07, Ease::out},
+                      {0.29, 0.95}, {0.37, 1.02}, {0.44, 1}};
   squash(pose, stretch.at(phase));
   const double start = plateau(phase, 0.07, 0.13, 0.86, 0.96);
   const double jump = Motion::flight(phase, 0.09, 0.27);

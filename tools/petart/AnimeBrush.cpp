@@ -66,7 +66,7 @@ QPolygonF hose(QPointF from, QPointF to, double length, double bend) {
 }
 
 QPolygonF stretch(const QPolygonF &hose, double from, double to) {
-  const double last = static_cast<double>(hose.size() - 1);
+  const auto last = static_cast<double>(hose.size() - 1);
   const auto at = [&](double part) {
     const double place = std::clamp(part, 0.0, 1.0) * last;
     const auto before = static_cast<qsizetype>(std::min(std::floor(place), last - 1));

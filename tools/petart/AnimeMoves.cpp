@@ -17,8 +17,8 @@ using Act = void (*)(AnimePose &pose, double phase);
 
 struct Move {
   FrameSet set;
-  Loop loop;
-  Act act;
+  Loop loop = nullptr;
+  Act act = nullptr;
 };
 
 constexpr Move loop(QStringView name, int frames, Loop pose) {
@@ -93,6 +93,7 @@ void letFollow(std::vector<AnimePose> &poses, bool isLoop, double rest) {
 
 std::vector<AnimePose> looped(const Move &move) {
   std::vector<AnimePose> poses;
+  poses.reserve(static_cast<std::size_t>(move.set.frames));
   for (int frame = 0; frame < move.set.frames; ++frame) {
     poses.push_back(move.loop(move.set.phase(frame)));
   }
@@ -102,11 +103,9 @@ std::vector<AnimePose> looped(const Move &move) {
 
 std::vector<AnimePose> acted(const Move &move) {
   const AnimePose rest = looped(moves.front()).front();
-  std::vector<AnimePose> poses;
+  std::vector<AnimePose> poses(static_cast<std::size_t>(move.set.frames), rest);
   for (int frame = 0; frame < move.set.frames; ++frame) {
-    AnimePose pose = rest;
-    move.act(pose, move.set.phase(frame));
-    poses.push_back(pose);
+    move.act(poses.at(static_cast<std::size_t>(frame)), move.set.phase(frame));
   }
   letFollow(poses, false, AnimeFigure::headLean(rest));
   return poses;
