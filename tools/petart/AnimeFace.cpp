@@ -52,15 +52,18 @@ Lids lids(const AnimePose::Eyes &eyes) {
                       1 - std::min(1.0, eyes.open * 3))};
 }
 
-constexpr double innerCorner = 7;
-constexpr double outerCorner = 3;
+// An open eye slants a little; a closing one hangs outwards, or it would look angry.
+double innerCorner(const AnimePose::Eyes &eyes) { return Motion::mix(2, 7, eyes.open); }
+
+double outerCorner(const AnimePose::Eyes &eyes) { return Motion::mix(9, 3, eyes.open); }
 
 QPainterPath upperLid(const AnimePose::Eyes &eyes) {
   const double half = eyeHalfWidth * eyes.size;
   const double apex = control(lids(eyes).top, 5);
   QPainterPath path;
-  path.moveTo(-half, innerCorner);
-  path.cubicTo(-half * 0.98, apex, half * 0.98, apex - 2, half, outerCorner);
+  path.moveTo(-half, innerCorner(eyes));
+  path.cubicTo(-half * 0.98, apex, half * 0.98, apex + Motion::mix(3, -2, eyes.open), half,
+               outerCorner(eyes));
   return path;
 }
 
@@ -68,7 +71,7 @@ QPainterPath eyeShape(const AnimePose::Eyes &eyes) {
   const double half = eyeHalfWidth * eyes.size;
   const double deep = control(lids(eyes).bottom, 5);
   QPainterPath path = upperLid(eyes);
-  path.cubicTo(half * 0.86, deep, -half * 0.86, deep, -half, innerCorner);
+  path.cubicTo(half * 0.86, deep, -half * 0.86, deep, -half, innerCorner(eyes));
   return path;
 }
 
@@ -133,8 +136,10 @@ void paintOpenEye(QPainter &painter, const AnimePose::Eyes &eyes, double side) {
   AnimeBrush::stroke(painter, upperLid(eyes), QColor(ink), 7.5);
   QPainterPath flick;
   const double half = eyeHalfWidth * eyes.size;
-  flick.moveTo(half - 3, outerCorner - 8);
-  flick.quadTo(half + 5, outerCorner - 6, half + 8, outerCorner - 12);
+  const double corner = outerCorner(eyes);
+  const double lift = 2 - 10 * eyes.open;
+  flick.moveTo(half - 3, corner + lift);
+  flick.quadTo(half + 5, corner + lift + 2, half + 8, corner + 1.5 * lift);
   AnimeBrush::stroke(painter, flick, QColor(ink), 5);
   QPainterPath lower;
   const double deep = lids(eyes).bottom;
