@@ -1,0 +1,115 @@
+#include "base/Clock.h"
+#include "usage/UsageReader.h"
+
+#include <QByteArray>
+#include <QFile>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace morvo {
+namespace {
+
+constexpr double week = 168;
+/// Runs of which the median counts.
+constexpr int runs = 21;
+constexpr int appendedLines = 100;
+
+void scan(UsageReader &reader, std::size_t &events) {
+  events = reader.claudeEvents(week).size() + reader.codexEvents(week).size();
+}
+
+double milliseconds(const std::function<void()> &work) {
+  const auto begin = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+      .count();
+}
+
+/// The median of the runs, each after its preparation.
+double median(const std::function<void()> &prepare, const std::function<void()> &work) {
+  std::vector<double> times;
+  for (int i = 0; i < runs; ++i) {
+    prepare();
+    times.push_back(milliseconds(work));
+  }
+  std::ranges::nth_element(times, times.begin() + runs / 2);
+  return times[runs / 2];
+}
+
+/// The largest of Claude Code's logs, so that its length would show.
+std::filesystem::path largestLog(const std::filesystem::path &home) {
+  std::filesystem::path largest;
+  std::uintmax_t size = 0;
+  for (const auto &entry :
+       std::filesystem::recursive_directory_iterator(home / ".claude" / "projects")) {
+    if (entry.is_regular_file() && entry.file_size() > size) {
+      size = entry.file_size();
+      largest = entry.path();
+    }
+  }
+  return largest;
+}
+
+/// Appends lines that the log's own agent might have written, one write each.
+void append(const std::filesystem::path &log) {
+  const std::string line =
+      R"({"message":{"model":"claude-sonnet-4-5","role":"assistant","content":[{"type":"text",)"
+      R"("text":")" +
+      std::string(1500, 'x') +
+      R"("}],"usage":{"input_tokens":3,"output_tokens":5}},"type":"assistant","timestamp":")" +
+      "2999-01-01T00:00:00.000Z\"}\n";
+  std::ofstream file(log, std::ios::app);
+  for (int i = 0; i < appendedLines; ++i) {
+    file << line << std::flush;
+  }
+}
+
+/// A first scan, as a start of the program makes it.
+int first(const HomeFolder &home) {
+  const SystemClock clock;
+  UsageReader reader(home, clock);
+  std::size_t events = 0;
+  const double time = milliseconds([&] { scan(reader, events); });
+  std::printf("%.1f ms, %zu events\n", time, events);
+  return 0;
+}
+
+/// Scans that follow.
+int again(const HomeFolder &home) {
+  const SystemClock clock;
+  UsageReader reader(home, clock);
+  std::size_t events = 0;
+  scan(reader, events);
+  const std::size_t before = events;
+  const double unchanged = median([] {}, [&] { scan(reader, events); });
+  const std::filesystem::path log = largestLog(home.path.toStdString());
+  const double grown = median([&] { append(log); }, [&] { scan(reader, events); });
+  if (events != before + runs * appendedLines) {
+    std::fputs("events were lost\n", stderr);
+    return 1;
+  }
+  std::printf("%zu events; unchanged %.2f ms, %d lines longer %.2f ms\n", before, unchanged,
+              appendedLines, grown);
+  return 0;
+}
+
+} // namespace
+} // namespace morvo
+
+/// UsageBench first|again HOME: see `bench/README.md`. `again` makes the largest log longer.
+int main(int argc, char **argv) {
+  if (argc != 3) {
+    std::fputs("UsageBench first|again HOME\n", stderr);
+    return 2;
+  }
+  const morvo::HomeFolder home{QFile::decodeName(argv[2])};
+  return std::strcmp(argv[1], "first") == 0 ? morvo::first(home) : morvo::again(home);
+}
