@@ -50,6 +50,7 @@ bool ClaudeLog::readOn(const OpenLog &log, WallTime since, Tools &tools,
   if (!fingerprint) {
     return false;
   }
+  m_events.shrink_to_fit();
   m_identity = log.identity();
   m_place = *place;
   m_fingerprint = *fingerprint;

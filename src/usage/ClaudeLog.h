@@ -3,6 +3,7 @@
 #include "usage/ClaudeLine.h"
 #include "usage/MarkedLines.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace morvo {
@@ -26,6 +27,8 @@ public:
   [[nodiscard]] std::int64_t bytesMissing(const FileIdentity &identity, WallTime since) const;
   /// Reads what is new, keeping events since that time, and forgets everything when that fails.
   void update(const std::string &path, WallTime since, Tools &tools, const std::stop_token &stop);
+  /// How many events are kept.
+  [[nodiscard]] std::size_t size() const { return m_events.size() + (m_unfinished ? 1 : 0); }
   /// Puts the events since that time behind the others.
   void append(WallTime since, std::vector<TokenEvent> &events) const;
 

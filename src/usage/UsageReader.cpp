@@ -33,7 +33,12 @@ public:
     const WallTime since = LogTime::hoursBefore(m_clock->now(), sinceHours);
     const auto files = recentFiles(QStringLiteral(".claude/projects"), since, stop);
     m_claude.update(files, since, stop);
+    std::size_t most = 0;
+    for (const LogFile &file : files) {
+      most += m_claude.of(file).size();
+    }
     std::vector<TokenEvent> events;
+    events.reserve(most);
     for (const LogFile &file : files) {
       m_claude.of(file).append(since, events);
     }
