@@ -45,12 +45,16 @@ QCoro::Task<std::optional<LiveRateLimit>> ClaudeCLIProbe::probe(std::stop_token 
   if (!text) {
     co_return std::nullopt;
   }
-  const auto used = ClaudeUsageTextParser::parseUsedPercents(*text);
-  if (!used.session) {
+  // A megabyte of terminal sequences takes a while to read.
+  const auto read = [text = *text](const std::stop_token &) {
+    return ClaudeUsageTextParser::parseUsedPercents(text);
+  };
+  const auto used = co_await context.pool->run(read);
+  if (stop.stop_requested() || !used || !used->session) {
     co_return std::nullopt;
   }
-  co_return LiveRateLimit{.primaryPct = static_cast<double>(*used.session),
-                          .weeklyPct = static_cast<double>(used.weekly.value_or(0)),
+  co_return LiveRateLimit{.primaryPct = static_cast<double>(*used->session),
+                          .weeklyPct = static_cast<double>(used->weekly.value_or(0)),
                           .primaryResetsAt = std::nullopt,
                           .weeklyResetsAt = std::nullopt,
                           .plan = QStringLiteral("claude-cli")};

@@ -2,16 +2,19 @@
 
 #include "base/Json.h"
 #include "usage/BackwardLines.h"
+#include "usage/OpenLog.h"
 
 #include <QFile>
 #include <QJsonObject>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <functional>
+#include <string_view>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 namespace morvo {
 namespace {
@@ -23,25 +26,6 @@ const QByteArray marker = QByteArrayLiteral("\"rate_limits\"");
 
 /// Beyond this many seconds from 1970 no calendar tells a date.
 constexpr double farthestSecond = 8.64e12;
-
-class Descriptor {
-public:
-  explicit Descriptor(const std::filesystem::path &path)
-      // What is no regular file must neither be waited for nor opened by accident.
-      : m_number(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW | O_CLOEXEC)) {}
-  Descriptor(const Descriptor &) = delete;
-  Descriptor &operator=(const Descriptor &) = delete;
-  ~Descriptor() {
-    if (m_number >= 0) {
-      ::close(m_number);
-    }
-  }
-
-  [[nodiscard]] int number() const { return m_number; }
-
-private:
-  int m_number;
-};
 
 std::optional<WallTime> timeOf(const QJsonValue &seconds) {
   const double number = seconds.toDouble();
@@ -57,16 +41,22 @@ QJsonValue rateLimits(const QJsonObject &line) {
   return inPayload.isObject() ? inPayload : line.value(u"rate_limits");
 }
 
-bool isLater(const timespec &left, const timespec &right) {
-  return std::pair(left.tv_sec, left.tv_nsec) > std::pair(right.tv_sec, right.tv_nsec);
+/// Those that were changed last, the newest first.
+std::vector<LogFile> newestLogs(const HomeFolder &home, const std::stop_token &stop) {
+  static constexpr std::array<std::string_view, 1> extensions{"jsonl"};
+  auto logs = LogFile::changedSince(
+      QFile::encodeName(home.file(QStringLiteral(".codex/sessions"))).toStdString(), extensions,
+      WallTime::min(), stop);
+  const auto middle = logs.begin() + static_cast<std::ptrdiff_t>(std::min(newest, logs.size()));
+  std::ranges::partial_sort(logs, middle, std::ranges::greater(), [](const LogFile &log) {
+    // Codex puts the time of their beginning into the logs' names.
+    return std::tie(log.identity.modified, log.path);
+  });
+  logs.erase(middle, logs.end());
+  return logs;
 }
 
 } // namespace
-
-bool CodexUsageReader::Identity::isSame(const Identity &other) const {
-  return device == other.device && inode == other.inode && size == other.size &&
-         modified.tv_sec == other.modified.tv_sec && modified.tv_nsec == other.modified.tv_nsec;
-}
 
 CodexUsageReader::CodexUsageReader(HomeFolder home) : m_home(std::move(home)) {}
 
@@ -91,51 +81,13 @@ std::optional<LiveRateLimit> CodexUsageReader::parse(const QByteArray &line) {
                        .plan = limits.value(u"plan_type").toString()};
 }
 
-std::vector<CodexUsageReader::Log> CodexUsageReader::newestLogs(const std::filesystem::path &folder,
-                                                                const std::stop_token &stop) {
-  std::vector<Log> logs;
-  std::vector<std::filesystem::path> folders{folder};
-  while (!folders.empty() && !stop.stop_requested()) {
-    const auto place = std::move(folders.back());
-    folders.pop_back();
-    std::error_code failure;
-    std::filesystem::directory_iterator entry(place, failure);
-    while (!failure && entry != std::filesystem::directory_iterator()) {
-      // Links are not followed, so there is no way round in a circle.
-      struct stat info{};
-      const bool isThere = ::lstat(entry->path().c_str(), &info) == 0;
-      if (isThere && S_ISDIR(info.st_mode)) {
-        folders.push_back(entry->path());
-      } else if (isThere && S_ISREG(info.st_mode) && entry->path().extension() == ".jsonl") {
-        logs.push_back({.path = entry->path(),
-                        .identity = {.device = info.st_dev,
-                                     .inode = info.st_ino,
-                                     .size = info.st_size,
-                                     .modified = info.st_mtim}});
-      }
-      entry.increment(failure);
-    }
-  }
-  const auto middle = logs.begin() + static_cast<std::ptrdiff_t>(std::min(newest, logs.size()));
-  std::ranges::partial_sort(logs, middle, [](const Log &left, const Log &right) {
-    const timespec &leftTime = left.identity.modified;
-    const timespec &rightTime = right.identity.modified;
-    // Codex puts the time of their beginning into the logs' names.
-    return isLater(leftTime, rightTime) ||
-           (!isLater(rightTime, leftTime) && left.path > right.path);
-  });
-  logs.erase(middle, logs.end());
-  return logs;
-}
-
 std::optional<LiveRateLimit> CodexUsageReader::latest(const std::stop_token &stop) {
   const std::scoped_lock lock(m_mutex);
-  const auto logs = newestLogs(
-      QFile::encodeName(m_home.file(QStringLiteral(".codex/sessions"))).constData(), stop);
+  const auto logs = newestLogs(m_home, stop);
   std::erase_if(m_memory, [&logs](const auto &remembered) {
-    return std::ranges::find(logs, remembered.first, &Log::path) == logs.end();
+    return std::ranges::find(logs, remembered.first, &LogFile::path) == logs.end();
   });
-  for (const Log &log : logs) {
+  for (const LogFile &log : logs) {
     auto limit = said(log, stop);
     if (stop.stop_requested()) {
       return std::nullopt;
@@ -147,18 +99,18 @@ std::optional<LiveRateLimit> CodexUsageReader::latest(const std::stop_token &sto
   return std::nullopt;
 }
 
-std::optional<LiveRateLimit> CodexUsageReader::said(const Log &log, const std::stop_token &stop) {
+std::optional<LiveRateLimit> CodexUsageReader::said(const LogFile &log,
+                                                    const std::stop_token &stop) {
   const auto known = m_memory.find(log.path);
-  if (known != m_memory.end() && known->second.identity.isSame(log.identity)) {
+  if (known != m_memory.end() && known->second.identity == log.identity) {
     return known->second.limit;
   }
-  const Descriptor file(log.path);
-  struct stat info{};
-  if (file.number() < 0 || ::fstat(file.number(), &info) != 0 || !S_ISREG(info.st_mode)) {
+  const auto file = OpenLog::at(log.path);
+  if (!file) {
     return std::nullopt;
   }
   std::optional<LiveRateLimit> limit;
-  BackwardLines lines(file.number(), info.st_size, marker);
+  BackwardLines lines(file->descriptor(), file->identity().size, marker);
   lines.each(
       [&limit](const QByteArray &line) {
         limit = parse(line);
@@ -166,7 +118,7 @@ std::optional<LiveRateLimit> CodexUsageReader::said(const Log &log, const std::s
       },
       stop);
   if (!stop.stop_requested()) {
-    m_memory.insert_or_assign(log.path, Said{.identity = log.identity, .limit = limit});
+    m_memory.insert_or_assign(log.path, Said{.identity = file->identity(), .limit = limit});
   }
   return limit;
 }

@@ -1,17 +1,17 @@
 #pragma once
 
 #include "platform/HomeFolder.h"
+#include "usage/FileIdentity.h"
 #include "usage/LiveRateLimit.h"
+#include "usage/LogFile.h"
 
 #include <QByteArray>
 
-#include <filesystem>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <stop_token>
-#include <sys/types.h>
-#include <vector>
+#include <string>
 
 namespace morvo {
 
@@ -35,31 +35,17 @@ public:
   [[nodiscard]] static std::optional<LiveRateLimit> parse(const QByteArray &line);
 
 private:
-  struct Identity {
-    dev_t device = 0;
-    ino_t inode = 0;
-    off_t size = 0;
-    timespec modified{};
-
-    [[nodiscard]] bool isSame(const Identity &other) const;
-  };
-  struct Log {
-    std::filesystem::path path;
-    Identity identity;
-  };
   struct Said {
-    Identity identity;
+    FileIdentity identity;
     std::optional<LiveRateLimit> limit;
   };
 
-  [[nodiscard]] static std::vector<Log> newestLogs(const std::filesystem::path &folder,
-                                                   const std::stop_token &stop);
-  [[nodiscard]] std::optional<LiveRateLimit> said(const Log &log, const std::stop_token &stop);
+  [[nodiscard]] std::optional<LiveRateLimit> said(const LogFile &log, const std::stop_token &stop);
 
   HomeFolder m_home;
   std::mutex m_mutex;
   /// Of the twelve logs of the last look.
-  std::map<std::filesystem::path, Said> m_memory;
+  std::map<std::string, Said> m_memory;
 };
 
 } // namespace morvo

@@ -59,7 +59,8 @@ QCoro::Task<MorvoLiveQuotaProber::Limits> MorvoLiveQuotaProber::liveMap(bool inc
   co_return stop.stop_requested() ? Limits() : limits;
 }
 
-QCoro::Task<std::optional<LiveRateLimit>> MorvoLiveQuotaProber::codexLogs(std::stop_token stop) {
+QCoro::Task<std::optional<LiveRateLimit>>
+MorvoLiveQuotaProber::codexLogs(std::stop_token stop) const {
   const auto read = [codex = m_context.codex](const std::stop_token &end) {
     return codex->latest(end);
   };
@@ -89,7 +90,7 @@ MorvoLiveQuotaProber::cachedOrProbed(std::shared_ptr<LiveQuotaProbing> probe,
   co_return limit;
 }
 
-QCoro::Task<MorvoLiveQuotaProber::Limits> MorvoLiveQuotaProber::caut(std::stop_token stop) {
+QCoro::Task<MorvoLiveQuotaProber::Limits> MorvoLiveQuotaProber::caut(std::stop_token stop) const {
   const Environment environment = m_context.environment;
   if (!QuotaProbe::cautEnabled(environment)) {
     co_return Limits();

@@ -40,10 +40,10 @@ private:
     Instant at;
   };
 
-  [[nodiscard]] QCoro::Task<std::optional<LiveRateLimit>> codexLogs(std::stop_token stop);
+  [[nodiscard]] QCoro::Task<std::optional<LiveRateLimit>> codexLogs(std::stop_token stop) const;
   [[nodiscard]] QCoro::Task<std::optional<LiveRateLimit>>
   cachedOrProbed(std::shared_ptr<LiveQuotaProbing> probe, std::stop_token stop);
-  [[nodiscard]] QCoro::Task<Limits> caut(std::stop_token stop);
+  [[nodiscard]] QCoro::Task<Limits> caut(std::stop_token stop) const;
 
   const Clock *m_clock;
   ProbeContext m_context;

@@ -23,7 +23,7 @@ const QString standardFolders = QStringLiteral("/usr/local/bin:/opt/homebrew/bin
 
 constexpr auto timeout = std::chrono::seconds(8);
 /// All providers' figures are a few kilobytes.
-constexpr qsizetype longestOutput = qsizetype{4} << 20U;
+constexpr qsizetype longestOutput = qsizetype{1} << 20U;
 
 constexpr double whole = 100;
 
