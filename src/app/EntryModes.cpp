@@ -2,6 +2,7 @@
 
 #include "app/MenubarMode.h"
 #include "app/SceneMode.h"
+#include "app/UsageModes.h"
 #include "base/Diagnostics.h"
 #include "monitor/ConnectSelfTest.h"
 #include "pet/PetSpritesDebug.h"
@@ -34,6 +35,14 @@ void testConnecting(const Ground &ground, const QString & /*value*/) {
   ConnectSelfTest::run(ground.hooks);
 }
 
+void tellCodexLimit(const Ground &ground, const QString & /*value*/) {
+  UsageModes::printCodexLimit(ground.hooks.home);
+}
+
+void scanUsage(const Ground &ground, const QString & /*value*/) {
+  UsageModes::scan(ground.hooks, ground.setting);
+}
+
 struct Mode {
   QStringView variable;
   bool (*isMeant)(const QString &value) = nullptr;
@@ -43,9 +52,11 @@ struct Mode {
 /// In the order in which they are tried.
 constexpr std::array modes{
     Mode{u"MORVO_SCENE", hasFields, renderScene},
+    Mode{u"MORVO_CODEX_LIMIT", isOne, tellCodexLimit},
     Mode{u"MORVO_FRAMES", isThere, reportFrames},
     Mode{u"MORVO_MENUBAR", hasFields, drawMenubar},
     Mode{u"MORVO_CONNECT_TEST", isOne, testConnecting},
+    Mode{u"MORVO_SCAN", isOne, scanUsage},
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/EntryModes.h"
+#include "app/LocalUsage.h"
 #include "app/PanelWindow.h"
 #include "base/Diagnostics.h"
 #include "base/QtScheduler.h"
@@ -26,6 +27,7 @@
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtTrayIcon.h"
 #include "platform/qt/SettingsFile.h"
+#include "usage/UsageAnalytics.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -93,7 +95,8 @@ class Program {
 public:
   explicit Program(Surroundings &surroundings)
       : m_surroundings(&surroundings), m_settingsFile(surroundings.settingsPath()),
-        m_setting(m_settingsFile, surroundings.environment), m_files(surroundings.petFiles()),
+        m_setting(m_settingsFile, surroundings.environment), m_calibrator(m_settingsFile, m_clock),
+        m_files(surroundings.petFiles()),
         m_secrets(std::make_shared<LibsecretVault>(), surroundings.files,
                   MorvoHome::directory(surroundings.home) + QStringLiteral("/secrets.json"),
                   m_scheduler, {}),
@@ -163,7 +166,14 @@ private:
         .body = m_pet,
         .connectors = AgentConnectors::all(m_surroundings->hooks()),
         .inbox = std::make_unique<Inbox>(m_surroundings->home, environment, m_clock),
-        .fleet = std::make_unique<LocalFleet>(m_surroundings->home, m_clock, m_workers)});
+        .fleet = std::make_unique<LocalFleet>(m_surroundings->home, m_clock, m_workers),
+        .usage = LocalUsage::source(m_surroundings->hooks(), m_clock, m_scheduler, m_workers),
+        .measure =
+            [this](const UsageSnapshot &snapshot) {
+              return UsageAnalytics::compute(snapshot.events, snapshot.weekTokens, m_clock.now(),
+                                             m_calibrator);
+            },
+        .learnedPct = [this](std::int64_t tokens) { return m_calibrator.usedPct(tokens); }});
     m_pet.setInteractions(store.get());
     return store;
   }
@@ -183,6 +193,7 @@ private:
   WorkerPool m_workers;
   SettingsFile m_settingsFile;
   Setting m_setting;
+  UsageCalibrator m_calibrator;
   PetFiles m_files;
   SecretServiceStore m_secrets;
   DesktopNotifications m_notifications;

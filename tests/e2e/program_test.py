@@ -171,6 +171,110 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual(list((folder / "decisions").iterdir()), [])
         self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
 
+    def give_agents_logs(self):
+        """A home in which both agents worked an hour ago and three days ago."""
+        now = time.time()
+
+        def claude_line(age, tokens):
+            moment = time.strftime("%Y-%m-%dT%H:%M:%S.123Z", time.gmtime(now - age))
+            return json.dumps({
+                "timestamp": moment,
+                "message": {"model": "claude-opus-4", "usage": {
+                    "input_tokens": tokens, "output_tokens": 0,
+                    "cache_read_input_tokens": 10 ** 6}},
+                "type": "assistant"}) + "\n"
+
+        project = self.home / ".claude" / "projects" / "-home-me-work"
+        project.mkdir(parents=True)
+        (project / "session.jsonl").write_text(
+            claude_line(3 * 86400, 500) + '{"type":"user","message":"\\"usage\\""}\n'
+            + claude_line(7200, 60000) + claude_line(1800, 12000) + '{"timestamp":"2026-')
+        (self.home / ".claude.json").write_text('{"oauthAccount": ["odd"]}')
+        sessions = self.home / ".codex" / "sessions"
+        sessions.mkdir(parents=True)
+        (sessions / "loop").symlink_to(sessions)
+        (sessions / "empty.jsonl").touch()
+        (sessions / "rollout.jsonl").write_text(json.dumps({"payload": {
+            "type": "token_count",
+            "info": {"total_token_usage": {"total_tokens": 3000, "cached_input_tokens": 1000}},
+            "rate_limits": {"primary": {"used_percent": 42.0}, "plan_type": "pro"}}}) + "\n")
+        return {"PATH": "/usr/bin:/bin", "MORVO_DISABLE_CAUT": "1",
+                "MORVO_DISABLE_CLI_PROBES": "1"}
+
+    def test_a_scan_tells_what_the_agents_burned(self):
+        result = self.run_program(MORVO_SCAN="1", **self.give_agents_logs())
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(result.stderr.splitlines(), [
+            "SCAN  Claude Code  72000tok  7d=72500  $1.08",
+            "SCAN  Codex  2000tok  7d=2000  $0.01",
+            "STATS window=74000 used=50%(ceiling148000) level=normal 200tok/min $1.09",
+        ])
+        self.assertEqual(result.stdout, "")
+
+    def test_a_scan_of_an_empty_home_tells_nothing_burned(self):
+        result = self.run_program(MORVO_SCAN="1", PATH="/usr/bin:/bin")
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(result.stderr.splitlines(),
+                         ["STATS window=0 used=0%(ceiling1) level=normal 0tok/min $0.00"])
+
+    def test_a_scan_asks_the_agents_commands(self):
+        changes = self.give_agents_logs()
+        asked = self.home / "asked"
+        command = self.home / "claude"
+        command.write_text(f"#!/bin/sh\npwd > '{asked}'\necho 'Current session 12% used'\n")
+        command.chmod(0o755)
+        del changes["MORVO_DISABLE_CLI_PROBES"]
+        result = self.run_program(MORVO_SCAN="1", MORVO_CLAUDE_PATH=str(command), **changes)
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(asked.read_text(), "/\n")
+        self.assertEqual(len(result.stderr.splitlines()), 3)
+
+    def test_codexs_limit_is_told_from_its_logs(self):
+        self.assertEqual(self.run_program(MORVO_CODEX_LIMIT="1").stderr,
+                         "[CODEX] 没读到 rate_limits\n")
+        self.give_agents_logs()
+        result = self.run_program(MORVO_CODEX_LIMIT="1")
+        self.assertEqual(result.stderr, "[CODEX] 5h=42% plan=pro\n")
+        self.assertEqual(result.returncode, 0)
+
+    def test_the_running_program_captures_while_the_setting_is_on(self):
+        changes = self.give_agents_logs()
+        settings = self.home / ".config" / "morvobar" / "settings.ini"
+        settings.parent.mkdir(parents=True)
+        settings.write_text("[General]\nmorvo.set.captureUsage=true\n")
+        self.start(**changes)
+        # What was learned is the trace that a capture leaves.
+        learned = "morvo.usage.curBlockPeak=74000"
+        end = time.monotonic() + DEADLINE
+        while learned not in settings.read_text() and time.monotonic() < end:
+            time.sleep(0.05)
+        self.assertIn(learned, settings.read_text())
+
+    def test_a_command_that_stalls_does_not_hold_up_the_end(self):
+        changes = self.give_agents_logs()
+        begun = self.home / "begun"
+        command = self.home / "claude"
+        command.write_text(f"#!/bin/sh\ntrap '' TERM\necho $$ > '{begun}'\n"
+                           "while :; do sleep 0.1; done\n")
+        command.chmod(0o755)
+        settings = self.home / ".config" / "morvobar" / "settings.ini"
+        settings.parent.mkdir(parents=True)
+        settings.write_text("[General]\nmorvo.set.captureUsage=true\n")
+        del changes["MORVO_DISABLE_CLI_PROBES"]
+        program = self.start(MORVO_CLAUDE_PATH=str(command), **changes)
+        end = time.monotonic() + DEADLINE
+        while not (begun.exists() and begun.read_text()) and time.monotonic() < end:
+            time.sleep(0.02)
+        child = int(begun.read_text())
+        self.assertEqual(self.run_program("quit").returncode, 0)
+        program.stderr.read()
+        self.assertEqual(program.wait(DEADLINE), 0)
+        while pathlib.Path(f"/proc/{child}/cmdline").exists() and time.monotonic() < end:
+            if not pathlib.Path(f"/proc/{child}/cmdline").read_bytes():
+                break  # It has ended and waits to be reaped.
+            time.sleep(0.02)
+        self.assertLess(time.monotonic(), end)
+
     def test_a_burst_of_ten_thousand_lines_is_handled(self):
         program = self.start()
         lines = b"".join(
