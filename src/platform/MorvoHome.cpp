@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace morvo::MorvoHome {
@@ -12,6 +13,21 @@ namespace {
 
 constexpr std::uint32_t ownerOnlyFolder = 0700;
 constexpr mode_t ownerOnlyFile = 0600;
+constexpr mode_t forOthers = 0077;
+
+/// Requests, decisions and what the pet remembers lie below it, whoever made the folder.
+void closeToOthers(const QString &folder) {
+  const int descriptor =
+      ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) {
+    return;
+  }
+  struct stat status{};
+  if (::fstat(descriptor, &status) == 0 && (status.st_mode & forOthers) != 0) {
+    static_cast<void>(::fchmod(descriptor, status.st_mode & ownerOnlyFolder));
+  }
+  ::close(descriptor);
+}
 
 } // namespace
 
@@ -20,6 +36,7 @@ void ensure(const HomeFolder &home) {
   if (!files.makeDirectories(directory(home), ownerOnlyFolder)) {
     return;
   }
+  closeToOthers(directory(home));
   const int descriptor = ::open(QFile::encodeName(inbox(home)).constData(),
                                 O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnlyFile);
   if (descriptor >= 0) {

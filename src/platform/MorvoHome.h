@@ -5,8 +5,9 @@
 /// The program's own folder, `~/.morvo`, and what stands where in it.
 namespace morvo::MorvoHome {
 
-/// Creates `~/.morvo`, for the user alone, and the empty inbox, each if missing. Failures are
-/// ignored: they show later as an inbox that cannot be opened, which is tried again at each poll.
+/// Creates `~/.morvo` and the empty inbox, each if missing, and closes the folder to all but the
+/// user. Failures are ignored: they show later as an inbox that cannot be opened, which is tried
+/// again at each poll.
 void ensure(const HomeFolder &home);
 
 [[nodiscard]] QString directory(const HomeFolder &home);

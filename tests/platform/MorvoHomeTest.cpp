@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -31,6 +32,22 @@ TEST_F(MorvoHomeTest, MakesTheFolderForTheUserAloneWithAnEmptyInbox) {
   EXPECT_EQ(m_files.status(MorvoHome::directory(m_home))->mode, 0700U);
   EXPECT_EQ(m_files.status(MorvoHome::inbox(m_home))->mode, 0600U);
   EXPECT_EQ(m_files.status(MorvoHome::inbox(m_home))->size, 0U);
+}
+
+TEST_F(MorvoHomeTest, ClosesAFolderThatIsThereToAllButTheUser) {
+  const QString folder = MorvoHome::directory(m_home);
+  ASSERT_TRUE(QDir().mkpath(folder));
+  for (const mode_t mode : {mode_t{0777}, mode_t{0750}, mode_t{0711}, mode_t{0700}}) {
+    ASSERT_EQ(::chmod(QFile::encodeName(folder).constData(), mode), 0);
+    MorvoHome::ensure(m_home);
+    EXPECT_EQ(m_files.status(folder)->mode, 0700U) << mode;
+  }
+}
+
+TEST_F(MorvoHomeTest, AFileInTheFoldersPlaceKeepsItsMode) {
+  ASSERT_TRUE(AtomicFile::write(m_files, MorvoHome::directory(m_home), "x", {.mode = 0644}));
+  MorvoHome::ensure(m_home);
+  EXPECT_EQ(m_files.status(MorvoHome::directory(m_home))->mode, 0644U);
 }
 
 TEST_F(MorvoHomeTest, KeepsAnInboxThatIsThere) {
