@@ -251,11 +251,23 @@ void DesktopPetController::showContextMenu(QPoint at) {
   }
 }
 
-void DesktopPetController::pressed() { m_motion->pickUp(); }
+void DesktopPetController::pressed() {
+  if (m_motion) {
+    m_motion->pickUp();
+  }
+}
 
-void DesktopPetController::dragged(const DragTrack &track) { m_motion->carry(track); }
+void DesktopPetController::dragged(const DragTrack &track) {
+  if (m_motion) {
+    m_motion->carry(track);
+  }
+}
 
-void DesktopPetController::released(const DragTrack &track) { m_motion->letGo(track); }
+void DesktopPetController::released(const DragTrack &track) {
+  if (m_motion) {
+    m_motion->letGo(track);
+  }
+}
 
 void DesktopPetController::clicked() {
   if (m_interactions != nullptr) {
