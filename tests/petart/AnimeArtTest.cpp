@@ -5,6 +5,7 @@
 #include "pet/PetPackStore.h"
 #include "pet/PetScene.h"
 #include "support/ManualClock.h"
+#include "support/MemorySettings.h"
 
 #include <gtest/gtest.h>
 
@@ -111,9 +112,10 @@ TEST_F(AnimePersonaTest, ThePackIsThePersonas) {
 
 TEST_F(AnimePersonaTest, SelectingThePersonaShowsIt) {
   MorvoSprites sprites(m_files);
+  test::MemorySettings settings;
   test::ManualClock clock;
   SeededRandomSource random(1);
-  PetScene scene({280, 280}, m_files, sprites, clock, random);
+  PetScene scene({280, 280}, m_files, sprites, Setting(settings, Environment()), clock, random);
   scene.present();
   const auto before = scene.pet()->texture();
   scene.setPersona(Personas::anime().id);
