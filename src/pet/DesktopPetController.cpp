@@ -107,6 +107,7 @@ void DesktopPetController::setMood(const QString &mood) {
 
 void DesktopPetController::setPersona(const QString &personaId) {
   catchUp();
+  useTheme();
   m_scene.setPersona(personaId);
   m_popoverScene.setPersona(personaId);
   if (m_window) {
@@ -178,6 +179,7 @@ void DesktopPetController::show() {
     return;
   }
   catchUp();
+  useTheme();
   m_scene.present();
   m_window.reset(new DesktopPetWindow({m_scene, *m_windows, *m_clock, *m_scheduler}, *this));
   setOpacity(m_opacity);
@@ -310,6 +312,12 @@ QRect DesktopPetController::defaultPlace(QSize size) const {
     return PanelGeometry::defaultPlace(size, atOrigin->workArea);
   }
   return PanelGeometry::defaultPlace(size, areas.empty() ? QRect() : areas.front().workArea);
+}
+
+void DesktopPetController::useTheme() {
+  const AdaptiveColor &theme = MorvoTheme::current(m_setting).color;
+  m_scene.setTheme(theme);
+  m_popoverScene.setTheme(theme);
 }
 
 BubbleLook DesktopPetController::bubbleLook() const {

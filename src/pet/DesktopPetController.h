@@ -103,6 +103,8 @@ private:
   /// Takes the pet back onto a screen after a monitor was unplugged or a work area shrank.
   void recoverIfUnreachable();
   [[nodiscard]] QRect defaultPlace(QSize size) const;
+  /// Tells the scenes the user's colour, for the drawing of a pet without frames.
+  void useTheme();
   [[nodiscard]] BubbleLook bubbleLook() const;
   [[nodiscard]] bool isDebugging() const;
   /// A line on standard error, while `MORVO_DEBUG` is "1".

@@ -47,6 +47,16 @@ TEST_F(PetSceneTest, aPetWithoutFramesIsDrawn) {
   EXPECT_FALSE(m_scene.hasFrames());
 }
 
+TEST_F(PetSceneTest, theDrawingHasTheUsersColour) {
+  const AdaptiveColor theme{QColor(200, 20, 20), QColor(220, 40, 40)};
+  m_scene.setTheme(theme);
+  present();
+  // Beside the face, in the middle of the body's height.
+  const QImage picture = m_scene.pet()->texture()->picture;
+  const QColor shown = picture.pixelColor(picture.width() / 4, picture.height() / 2);
+  EXPECT_NEAR(shown.hue(), theme.dark.hue(), 3);
+}
+
 TEST_F(PetSceneTest, nothingRunsBeforeThePetIsPresented) {
   frames(idle, 2);
   EXPECT_FALSE(m_scene.frameInterval());
