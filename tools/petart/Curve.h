@@ -18,8 +18,8 @@ public:
     hold,  ///< Keeps the old value and jumps.
   };
   struct Key {
-    double at;
-    double value;
+    double at = 0;
+    double value = 0;
     Ease ease = Ease::inOut;
   };
 
