@@ -1,6 +1,8 @@
 #include "app/EntryModes.h"
 
 #include "app/MenubarMode.h"
+
+#include "app/RenderMode.h"
 #include "app/SceneMode.h"
 #include "app/UsageModes.h"
 #include "base/Diagnostics.h"
@@ -31,6 +33,8 @@ void drawMenubar(const Ground &ground, const QString &value) {
   MenubarMode::run(value.split(separator), ground.files);
 }
 
+void renderPanel(const Ground &ground, const QString &path) { RenderMode::run(ground, path); }
+
 void testConnecting(const Ground &ground, const QString & /*value*/) {
   ConnectSelfTest::run(ground.hooks);
 }
@@ -55,11 +59,16 @@ constexpr std::array modes{
     Mode{u"MORVO_CODEX_LIMIT", isOne, tellCodexLimit},
     Mode{u"MORVO_FRAMES", isThere, reportFrames},
     Mode{u"MORVO_MENUBAR", hasFields, drawMenubar},
+    Mode{u"MORVO_RENDER", isThere, renderPanel},
     Mode{u"MORVO_CONNECT_TEST", isOne, testConnecting},
     Mode{u"MORVO_SCAN", isOne, scanUsage},
 };
 
 } // namespace
+
+bool needsApplication(const Environment &environment) {
+  return environment.nonEmpty(QStringLiteral("MORVO_RENDER")).has_value();
+}
 
 bool take(const Ground &ground) {
   for (const Mode &mode : modes) {

@@ -14,6 +14,10 @@ struct Ground {
   Setting setting;
 };
 
+/// Whether the environment asks for a mode that draws windows' content, and so needs a QApplication
+/// instead of a QCoreApplication. It still needs no desktop: the offscreen platform serves.
+[[nodiscard]] bool needsApplication(const Environment &environment);
+
 /// Runs the first mode that the environment asks for. True when one was taken: the process then
 /// ends, and nothing else of the start happens. Messages go to standard error. Needs no desktop.
 [[nodiscard]] bool take(const Ground &ground);

@@ -251,6 +251,12 @@ bool hasDesktop(const Environment &environment) {
          environment.nonEmpty(QStringLiteral("QT_QPA_PLATFORM"));
 }
 
+void chooseFonts() {
+  QFont font = QGuiApplication::font();
+  font.setFamilies({QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Noto Color Emoji")});
+  QGuiApplication::setFont(font);
+}
+
 int runDesktop(Surroundings &surroundings, const QStringList &words) {
   if (!std::ranges::all_of(words, AppDelegate::understands)) {
     QTextStream(stderr) << usage;
@@ -269,9 +275,7 @@ int runDesktop(Surroundings &surroundings, const QStringList &words) {
     QTextStream(stderr) << QStringLiteral("没有正在运行的 MorvoBar。\n");
     return failure;
   }
-  QFont font = QGuiApplication::font();
-  font.setFamilies({QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Noto Color Emoji")});
-  QGuiApplication::setFont(font);
+  chooseFonts();
 
   Program program(surroundings);
   instance.onWords([&program](const QStringList &later) { program.open(later); });
@@ -279,6 +283,18 @@ int runDesktop(Surroundings &surroundings, const QStringList &words) {
     program.open(words);
   }
   return QCoreApplication::exec();
+}
+
+/// The application of what runs without a desktop.
+std::unique_ptr<QCoreApplication> bareApplication(const Environment &environment, int &argc,
+                                                  char **argv) {
+  if (!EntryModes::needsApplication(environment)) {
+    return std::make_unique<QCoreApplication>(argc, argv);
+  }
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  auto application = std::make_unique<QApplication>(argc, argv);
+  chooseFonts();
+  return application;
 }
 
 } // namespace
@@ -290,7 +306,7 @@ int run(int argc, char **argv) {
   Surroundings surroundings;
   {
     // Commands and one-shot modes serve scripts and machines without a desktop.
-    const QCoreApplication application(argc, argv);
+    const auto application = bareApplication(surroundings.environment, argc, argv);
     const auto words = QCoreApplication::arguments().sliced(1);
     if (const auto code = runWithoutDesktop(surroundings, words)) {
       return *code;

@@ -23,7 +23,6 @@ struct Anchors {
 /// The panel's top left corner: beneath or above its anchor, whichever has the room, and centred on
 /// it; without any, or with one on another screen, in the upper right corner. Always whole inside
 /// `workArea` where it fits.
-[[nodiscard]] QPoint origin(QSize panel, const QRect &workArea,
-                            const std::optional<QRect> &anchor);
+[[nodiscard]] QPoint origin(QSize panel, const QRect &workArea, const std::optional<QRect> &anchor);
 
 } // namespace morvo::PanelPlacement

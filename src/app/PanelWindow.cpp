@@ -26,8 +26,7 @@ constexpr auto backendVariable = "QT_QUICK_BACKEND";
 
 } // namespace
 
-const QString PanelWindow::mainPanel =
-    QStringLiteral("qrc:/qt/qml/Morvo/Panels/MainPanel.qml");
+const QString PanelWindow::mainPanel = QStringLiteral("qrc:/qt/qml/Morvo/Panels/MainPanel.qml");
 
 PanelWindow::PanelWindow(Ground ground) : m_ground(std::move(ground)) {}
 

@@ -154,6 +154,7 @@ void PetStore::show(Picture picture) {
   put(m_quota, picture.quota);
   put(m_reply, picture.reply);
   put(m_thinking, picture.thinking);
+  put(m_persona, picture.persona);
   put(m_usage, picture.usage);
   put(m_fleet, picture.fleet);
   put(m_messages, picture.messages);

@@ -145,6 +145,7 @@ public:
     std::optional<Quota> quota;
     std::optional<QString> reply;
     std::optional<bool> thinking;
+    std::optional<MorvoPersona> persona;
     std::optional<std::vector<DetectedAgent>> agents;
     std::optional<UsageStats> usage;
     std::optional<std::vector<FleetSession>> fleet;

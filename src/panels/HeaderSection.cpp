@@ -17,8 +17,7 @@ void HeaderSection::update(const PetStore &store, const PanelLook &look) {
   m_state = store.isConnected() ? label : QStringLiteral("离线 · ") + label;
   m_stateColor = look.inkOn(PanelTexts::accent(store.mood()), look.abyss());
   const ChatHealth health = store.chatHealth();
-  m_trouble =
-      PanelTexts::showsChatHealth(health) ? PanelTexts::chatHealth(health) : QString();
+  m_trouble = PanelTexts::showsChatHealth(health) ? PanelTexts::chatHealth(health) : QString();
   m_troubleColor = look.inkOn({PanelTint::Tone::krill, 0.9}, look.abyss());
 }
 

@@ -90,7 +90,8 @@ QString trustLabel(QuotaTrust trust) {
 QString trustCaption(QuotaTrust trust) {
   switch (trust) {
   case QuotaTrust::live:
-    return QStringLiteral("来自该工具自己的额度接口/会话字段（如 Codex rate_limits、claude /usage）");
+    return QStringLiteral(
+        "来自该工具自己的额度接口/会话字段（如 Codex rate_limits、claude /usage）");
   case QuotaTrust::calibrated:
     return QStringLiteral("没有官方剩余额度时，用你本机历史用量估的负载，不是官方条");
   case QuotaTrust::metered:

@@ -11,8 +11,8 @@ constexpr double noShare = -1;
 
 QVariantList values(const LoadFormat::Bar &bar, const PanelLook &look) {
   const double share = bar.pct ? std::clamp(*bar.pct / 100.0, 0.0, 1.0) : noShare;
-  return {bar.title,  share, bar.percent, look.ink(bar.percentTint),
-          bar.tokens, look.fill(bar.fill)};
+  return {bar.title,          share, bar.percent, look.ink(bar.percentTint), bar.tokens,
+          look.fill(bar.fill)};
 }
 
 } // namespace

@@ -78,7 +78,9 @@ QColor PanelLook::card() const { return Contrast::over(tinted(foam(), cardOpacit
 
 QColor PanelLook::onTheme() const { return Contrast::textOn(theme()); }
 
-QColor PanelLook::fill(const PanelTint &tint) const { return tinted(full(tint.tone), tint.opacity); }
+QColor PanelLook::fill(const PanelTint &tint) const {
+  return tinted(full(tint.tone), tint.opacity);
+}
 
 QColor PanelLook::ink(const PanelTint &tint) const { return inkOn(tint, card()); }
 

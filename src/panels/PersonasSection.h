@@ -6,8 +6,8 @@
 
 namespace morvo {
 
-/// The personas to choose from, and the user's own to manage. `choices` has the rows label, persona;
-/// `customs` has persona, name, isCurrent, missingBadge, missingLine.
+/// The personas to choose from, and the user's own to manage. `choices` has the rows label,
+/// persona; `customs` has persona, name, isCurrent, missingBadge, missingLine.
 class PersonasSection : public PanelSection {
   Q_OBJECT
   QML_ELEMENT

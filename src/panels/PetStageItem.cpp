@@ -70,8 +70,8 @@ void PetStageItem::tick() {
     m_paintedRevision = scene.revision();
     update();
   }
-  m_timer = m_stage->scheduler().after(scene.frameInterval().value_or(restPeriod),
-                                       [this] { tick(); });
+  m_timer =
+      m_stage->scheduler().after(scene.frameInterval().value_or(restPeriod), [this] { tick(); });
 }
 
 void PetStageItem::paint(QPainter *painter) {

@@ -4,9 +4,7 @@
 
 namespace morvo {
 
-SymbolItem::SymbolItem(QQuickItem *parent) : QQuickPaintedItem(parent) {
-  setAntialiasing(true);
-}
+SymbolItem::SymbolItem(QQuickItem *parent) : QQuickPaintedItem(parent) { setAntialiasing(true); }
 
 void SymbolItem::setName(const QString &name) {
   if (m_name != name) {

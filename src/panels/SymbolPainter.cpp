@@ -21,7 +21,8 @@ QPainterPath bubble(const QRectF &body, QPointF tip) {
   path.addRoundedRect(body, 3.6, 3.6);
   QPainterPath tail;
   const double towards = tip.x() < body.center().x() ? 1 : -1;
-  tail.addPolygon(QPolygonF({tip, {tip.x(), body.bottom() - 3}, {tip.x() + towards * 5, body.bottom() - 0.4}}));
+  tail.addPolygon(
+      QPolygonF({tip, {tip.x(), body.bottom() - 3}, {tip.x() + towards * 5, body.bottom() - 0.4}}));
   tail.closeSubpath();
   return path.united(tail);
 }
@@ -118,8 +119,7 @@ void arrowUp(QPainter &painter, const QColor &color) {
   arrow.moveTo(7.8, 11.6);
   arrow.lineTo(12, 7.4);
   arrow.lineTo(16.2, 11.6);
-  QPainterPathStroker stroker(
-      QPen(color, 2.1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  QPainterPathStroker stroker(QPen(color, 2.1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   fillPath(painter, disc.subtracted(stroker.createStroke(arrow)), color);
 }
 
@@ -139,8 +139,7 @@ void masks(QPainter &painter, const QColor & /*color*/) {
 }
 
 void pencil(QPainter &painter, const QColor & /*color*/) {
-  painter.drawPolygon(
-      QPolygonF({{4, 20}, {5, 15.6}, {15.8, 4.8}, {19.2, 8.2}, {8.4, 19}}));
+  painter.drawPolygon(QPolygonF({{4, 20}, {5, 15.6}, {15.8, 4.8}, {19.2, 8.2}, {8.4, 19}}));
   painter.drawLine(QPointF(13.4, 7.2), QPointF(16.8, 10.6));
 }
 

@@ -25,8 +25,8 @@ TEST(AttentionFormatTest, AQuietStateAloneShowsNoCard) {
 TEST(AttentionFormatTest, WhatCallsForTheUserShowsTheCard) {
   EXPECT_TRUE(AttentionFormat::isShown(items({AttentionKind::needsConfirm})));
   EXPECT_TRUE(AttentionFormat::isShown(items({AttentionKind::agentDone})));
-  EXPECT_TRUE(AttentionFormat::isShown(items({AttentionKind::running,
-                                              AttentionKind::quotaPressure})));
+  EXPECT_TRUE(
+      AttentionFormat::isShown(items({AttentionKind::running, AttentionKind::quotaPressure})));
 }
 
 TEST(AttentionFormatTest, TheCardLeavesOutWhatOnlyRunsOrIsNotConnected) {

@@ -17,11 +17,11 @@ TEST(LoadFormatTest, AnAgentWithNothingToShowDoesNotAppear) {
 }
 
 TEST(LoadFormatTest, AnyFigureMakesAnAgentAppear) {
-  EXPECT_EQ(LoadFormat::active({SourceLoad{.usedPct = 0}, SourceLoad{.weekPct = 0},
-                                SourceLoad{.windowTokens = 1}, SourceLoad{.weekTokens = 1},
-                                SourceLoad{}})
-                .size(),
-            4U);
+  EXPECT_EQ(
+      LoadFormat::active({SourceLoad{.usedPct = 0}, SourceLoad{.weekPct = 0},
+                          SourceLoad{.windowTokens = 1}, SourceLoad{.weekTokens = 1}, SourceLoad{}})
+          .size(),
+      4U);
 }
 
 TEST(LoadFormatTest, SeventyIsOrangeAndEightyFiveRedWhateverTheTrust) {
@@ -78,11 +78,8 @@ TEST(LoadFormatTest, WithoutAPercentageTheTokensDecideTheWord) {
 }
 
 TEST(LoadFormatTest, TheTwoBarsShowTheirOwnFigures) {
-  const SourceLoad load{.usedPct = 10,
-                        .weekPct = 20,
-                        .trust = QuotaTrust::live,
-                        .windowTokens = 1,
-                        .weekTokens = 2};
+  const SourceLoad load{
+      .usedPct = 10, .weekPct = 20, .trust = QuotaTrust::live, .windowTokens = 1, .weekTokens = 2};
   EXPECT_EQ(LoadFormat::window(load).title, QStringLiteral("5 小时"));
   EXPECT_EQ(LoadFormat::window(load).pct, 10);
   EXPECT_EQ(LoadFormat::window(load).tokens, QStringLiteral("1 token"));

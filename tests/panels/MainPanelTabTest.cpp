@@ -21,8 +21,8 @@ TEST(MainPanelTabTest, StandInTheirOrderWithTheirLabelsAndSymbols) {
     labels.append(MainPanelTabs::label(tab));
     symbols.append(MainPanelTabs::symbol(tab));
   }
-  EXPECT_EQ(labels, QStringList({QStringLiteral("对话"), QStringLiteral("监控"),
-                                 QStringLiteral("宠物")}));
+  EXPECT_EQ(labels,
+            QStringList({QStringLiteral("对话"), QStringLiteral("监控"), QStringLiteral("宠物")}));
   EXPECT_EQ(symbols, QStringList({QStringLiteral("bubble.left.and.bubble.right"),
                                   QStringLiteral("chart.bar"), QStringLiteral("pawprint")}));
 }

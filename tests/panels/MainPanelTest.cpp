@@ -1,11 +1,11 @@
 #include "panels/PanelFixture.h"
 
 #include "panels/Contrast.h"
+#include "panels/SignalCount.h"
 #include "platform/SettingKeys.h"
 #include "platform/qt/AppearancePalettes.h"
 
 #include <QAccessible>
-#include <QSignalSpy>
 
 #include <set>
 
@@ -44,8 +44,9 @@ protected:
     open();
     m_store->show(drawing.isOverfull ? overfull() : normal());
     if (drawing.isOverfull) {
-      sendPermission(QStringLiteral("aa11bb22cc33"), QStringLiteral("Bash"),
-                     QStringLiteral("rm -rf build/very/long/path && cmake --preset dev ").repeated(8));
+      sendPermission(
+          QStringLiteral("aa11bb22cc33"), QStringLiteral("Bash"),
+          QStringLiteral("rm -rf build/very/long/path && cmake --preset dev ").repeated(8));
     }
     takeTab(drawing.tab);
     settle();
@@ -81,8 +82,7 @@ TEST_P(PanelDrawing, NoTextIsCutAndNothingReachesBesideThePanel) {
       EXPECT_FALSE(item->property("truncated").toBool()) << text;
     }
   }
-  keepPicture(QString::fromStdString(
-      nameOf({GetParam(), 0})));
+  keepPicture(QString::fromStdString(nameOf({GetParam(), 0})));
 }
 
 TEST_P(PanelDrawing, EveryTextCanBeReadOnThePanelsGround) {
@@ -105,8 +105,7 @@ TEST_P(PanelDrawing, EveryTextCanBeReadOnThePanelsGround) {
     // The ground as it was drawn, just beside the text.
     const QRectF rect = seenRect(item);
     const QPoint beside((rect.topLeft() + QPointF(-2, rect.height() / 2)).toPoint());
-    const QColor ground =
-        picture.rect().contains(beside) ? picture.pixelColor(beside) : abyss;
+    const QColor ground = picture.rect().contains(beside) ? picture.pixelColor(beside) : abyss;
     const auto color = item->property("color").value<QColor>();
     EXPECT_GE(Contrast::ratio(QColor(color.rgb()), ground), Contrast::leastForText - 0.1)
         << item->property("text").toString().toStdString() << " "
@@ -256,9 +255,9 @@ TEST_F(MainPanelTest, DraftAndTabSurviveClosing) {
 
 TEST_F(MainPanelTest, EscapeAsksToClose) {
   open();
-  const QSignalSpy closing(root(), SIGNAL(closeRequested()));
+  const test::SignalCount closing(root(), SIGNAL(closeRequested()));
   press(Qt::Key_Escape);
-  EXPECT_EQ(closing.count(), 1);
+  EXPECT_EQ(closing.value(), 1);
 }
 
 TEST_F(MainPanelTest, NothingRunsWhileItIsClosed) {

@@ -141,8 +141,8 @@ PetStore::Picture PanelFixture::normal() {
                         .conversationLimit = 100,
                         .petGensRemaining = 3,
                         .petGenLimit = 5};
-  DetectedAgent claude = agent(QStringLiteral("claude"), QStringLiteral("Claude Code"), 1200000,
-                               18400000);
+  DetectedAgent claude =
+      agent(QStringLiteral("claude"), QStringLiteral("Claude Code"), 1200000, 18400000);
   claude.liveLimit = LiveRateLimit{.primaryPct = 42, .weeklyPct = 71};
   DetectedAgent codex = agent(QStringLiteral("codex"), QStringLiteral("Codex"), 86000, 920000);
   picture.agents = std::vector<DetectedAgent>{
@@ -168,9 +168,9 @@ PetStore::Picture PanelFixture::overfull() {
                         .petGenLimit = 1000000};
   std::vector<DetectedAgent> agents;
   for (int i = 0; i < 6; ++i) {
-    DetectedAgent full = agent(QStringLiteral("agent%1").arg(i),
-                               QStringLiteral("一个名字特别特别长的编码助手 No. %1").arg(i),
-                               999400000, 99940000000);
+    DetectedAgent full =
+        agent(QStringLiteral("agent%1").arg(i),
+              QStringLiteral("一个名字特别特别长的编码助手 No. %1").arg(i), 999400000, 99940000000);
     full.liveLimit = LiveRateLimit{.primaryPct = 60.0 + 8 * i, .weeklyPct = 100};
     agents.push_back(full);
   }

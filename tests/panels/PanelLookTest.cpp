@@ -2,10 +2,10 @@
 
 #include "app/StoreFixture.h"
 #include "panels/Contrast.h"
+#include "panels/SignalCount.h"
 #include "platform/SettingKeys.h"
 #include "platform/qt/AppearancePalettes.h"
 
-#include <QSignalSpy>
 
 namespace morvo {
 namespace {
@@ -39,11 +39,11 @@ TEST_F(PanelLookTest, FollowsTheSettingsWhenTheirChangeIsAnnounced) {
   start();
   PanelLook look;
   look.setStore(m_store.get());
-  const QSignalSpy changed(&look, &PanelLook::changed);
+  const test::SignalCount changed(&look, &PanelLook::changed);
   set(SettingKeys::fontScale, 1.3);
   set(SettingKeys::themeColor, QStringLiteral("amber"));
   m_store->announceAppearanceChange();
-  EXPECT_EQ(changed.count(), 1);
+  EXPECT_EQ(changed.value(), 1);
   EXPECT_DOUBLE_EQ(look.fontScale(), 1.3);
   AppearancePalettes::apply(Appearance::light);
   EXPECT_FALSE(look.isDark());

@@ -31,15 +31,12 @@ TEST_P(MoodAccent, HasItsColour) {
   EXPECT_EQ(PanelTexts::accent(QString::fromUtf16(mood)), (PanelTint{tone, 1}));
 }
 
-INSTANTIATE_TEST_SUITE_P(PanelTextsTest, MoodAccent,
-                         testing::Values(std::pair{u"hungry", Tone::krill},
-                                         std::pair{u"lonely", Tone::body},
-                                         std::pair{u"sleepy", Tone::body},
-                                         std::pair{u"dreamy", Tone::body},
-                                         std::pair{u"mischievous", Tone::coral},
-                                         std::pair{u"happy", Tone::theme},
-                                         std::pair{u"calm", Tone::theme},
-                                         std::pair{u"unheard of", Tone::theme}));
+INSTANTIATE_TEST_SUITE_P(
+    PanelTextsTest, MoodAccent,
+    testing::Values(std::pair{u"hungry", Tone::krill}, std::pair{u"lonely", Tone::body},
+                    std::pair{u"sleepy", Tone::body}, std::pair{u"dreamy", Tone::body},
+                    std::pair{u"mischievous", Tone::coral}, std::pair{u"happy", Tone::theme},
+                    std::pair{u"calm", Tone::theme}, std::pair{u"unheard of", Tone::theme}));
 
 class HealthText : public testing::TestWithParam<std::tuple<ChatHealth, const char16_t *, bool>> {};
 

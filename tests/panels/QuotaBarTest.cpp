@@ -76,8 +76,8 @@ TEST(QuotaBarTest, TheFillIsNeverShorterThanFourPointsNorLongerThanTheBar) {
 }
 
 TEST(QuotaBarTest, FiguresOfAnySizeAreTaken) {
-  const QuotaBar bar = talk({.conversationsRemaining = std::numeric_limits<int>::min(),
-                             .conversationLimit = 999999});
+  const QuotaBar bar = talk(
+      {.conversationsRemaining = std::numeric_limits<int>::min(), .conversationLimit = 999999});
   EXPECT_EQ(bar.value, QStringLiteral("2147483647/999999"));
   EXPECT_EQ(bar.fill.tone, Tone::coral);
 }

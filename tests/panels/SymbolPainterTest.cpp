@@ -47,8 +47,8 @@ TEST_P(Symbol, IsDrawnWholeInsideItsSquare) {
 }
 
 INSTANTIATE_TEST_SUITE_P(SymbolPainterTest, Symbol,
-                         testing::Values(u"bubble.left.and.bubble.right", u"chart.bar",
-                                         u"pawprint", u"gearshape", u"exclamationmark.shield.fill",
+                         testing::Values(u"bubble.left.and.bubble.right", u"chart.bar", u"pawprint",
+                                         u"gearshape", u"exclamationmark.shield.fill",
                                          u"shield.lefthalf.filled", u"arrow.up.circle.fill",
                                          u"theatermasks", u"pencil", u"trash", u"arrow.clockwise",
                                          u"chevron.down"));

@@ -10,11 +10,9 @@ namespace {
 using Tone = PanelTint::Tone;
 
 TEST(VitalTest, StandInTheirOrderEachWithItsSignAndColour) {
-  const auto vitals =
-      Vitals::of({.belly = 80, .energy = 70.9, .affinity = 60, .bond = 30});
+  const auto vitals = Vitals::of({.belly = 80, .energy = 70.9, .affinity = 60, .bond = 30});
   EXPECT_EQ(vitals[0], (Vital{QStringLiteral("🍖"), QStringLiteral("饱腹"), 80, {Tone::krill, 1}}));
-  EXPECT_EQ(vitals[1],
-            (Vital{QStringLiteral("⚡️"), QStringLiteral("精力"), 70, {Tone::theme, 1}}));
+  EXPECT_EQ(vitals[1], (Vital{QStringLiteral("⚡️"), QStringLiteral("精力"), 70, {Tone::theme, 1}}));
   EXPECT_EQ(vitals[2], (Vital{QStringLiteral("💗"), QStringLiteral("亲密"), 60, {Tone::coral, 1}}));
   EXPECT_EQ(vitals[3], (Vital{QStringLiteral("🔗"), QStringLiteral("羁绊"), 30, {Tone::body, 1}}));
 }
