@@ -88,13 +88,11 @@ PetStore::Picture scene(const EntryModes::Ground &ground, const Clock &clock) {
       .mood = QStringLiteral("hype"),
       .needs = Needs{.belly = 28, .energy = 82, .affinity = 70, .bond = 40},
       .quota = Quota{.conversationsRemaining = 1600, .interactionsRemaining = 5},
-      .reply = QStringLiteral(
-          "（喷出一串气泡，尾巴缓缓摆动）代码跑通了……闻到效率的味道，有点饿。"),
+      .reply = QStringLiteral("（喷出一串气泡，尾巴缓缓摆动）代码跑通了……闻到效率的味道，有点饿。"),
       .persona = wantedPersona(ground.setting),
-      .agents = AgentScanner::snapshot(ground.hooks.home, clock.now(), *ground.hooks.files,
-                                       [](const SourceAdapter &, double) {
-                                         return std::vector<TokenEvent>();
-                                       })
+      .agents = AgentScanner::snapshot(
+                    ground.hooks.home, clock.now(), *ground.hooks.files,
+                    [](const SourceAdapter &, double) { return std::vector<TokenEvent>(); })
                     .agents,
       .usage = UsageStats{.windowTokens = 1280000, .weekTokens = 9640000, .usedPct = 42},
       .fleet = FleetScanner::scan(ground.hooks.home, clock.now()),

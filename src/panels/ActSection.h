@@ -5,7 +5,7 @@
 namespace morvo {
 
 /// The pet tab's switch for approvals, and the way to the pet on the desktop.
-class ActSection : public PanelSection {
+class ActSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(bool on READ isOn NOTIFY changed)

@@ -6,7 +6,7 @@
 namespace morvo {
 
 /// The card of what deserves the eye now. Rows: title, detail, dot.
-class AttentionSection : public PanelSection {
+class AttentionSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(bool shown READ isShown NOTIFY changed)

@@ -7,7 +7,7 @@
 namespace morvo {
 
 /// The chat tab: the timeline, and when one may write and send.
-class ChatSection : public PanelSection {
+class ChatSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(morvo::PanelEntries *entries READ entries WRITE setEntries NOTIFY changed REQUIRED)

@@ -147,19 +147,20 @@ ColumnLayout {
             activeFocusOnTab: true
             reuseItems: true
             keyNavigationEnabled: false
-            Keys.onUpPressed: bar.decrease()
-            Keys.onDownPressed: bar.increase()
+            Keys.onUpPressed: scrollBar.decrease()
+            Keys.onDownPressed: scrollBar.increase()
             model: chat.messages
 
             // The newest message is what one wants to see.
             function scrollToBottom() {
+                timeline.forceLayout()
                 timeline.positionViewAtEnd()
             }
 
             Accessible.role: Accessible.List
             Accessible.name: "对话"
             T.ScrollBar.vertical: PanelScroll {
-                id: bar
+                id: scrollBar
 
                 look: tab.look
             }
@@ -170,15 +171,15 @@ ColumnLayout {
                 look: tab.look
                 timelineWidth: timeline.width
             }
-            onCountChanged: Qt.callLater(timeline.scrollToBottom)
-            onVisibleChanged: Qt.callLater(timeline.scrollToBottom)
-            onHeightChanged: Qt.callLater(timeline.scrollToBottom)
+            onCountChanged: timeline.scrollToBottom()
+            onVisibleChanged: timeline.scrollToBottom()
+            onHeightChanged: timeline.scrollToBottom()
 
             Connections {
                 target: chat
 
                 function onChanged() {
-                    Qt.callLater(timeline.scrollToBottom)
+                    timeline.scrollToBottom()
                 }
             }
         }

@@ -5,7 +5,7 @@
 namespace morvo {
 
 /// The panel's head: who the pet is, how it feels, and what is wrong with the chat.
-class HeaderSection : public PanelSection {
+class HeaderSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString name READ name NOTIFY changed)

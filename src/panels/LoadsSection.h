@@ -8,7 +8,7 @@ namespace morvo {
 /// How full the agents' windows are. Rows: name, trust, trustCaption, trustColor, and for each of
 /// `window` and `week` a title, a share (0 to 1, below 0 without a percentage), a percent text, its
 /// colour, a tokens text and a fill.
-class LoadsSection : public PanelSection {
+class LoadsSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)

@@ -72,7 +72,7 @@ FocusScope {
         id: prompt
 
         store: panel.store
-        window: panel.Window.window as QuickWindow
+        window: panel.Window.window
     }
 
     Rectangle {

@@ -6,7 +6,7 @@
 namespace morvo {
 
 /// The monitor tab's switches, and its looking again. Rows: label, hint, isOn.
-class MonitorSection : public PanelSection {
+class MonitorSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QAbstractItemModel *toggles READ toggles CONSTANT)

@@ -18,7 +18,10 @@ T.AbstractButton {
     property real corner: 8
     property string help: ""
 
-    implicitWidth: content.implicitWidth + button.leftPadding + button.rightPadding
+    readonly property real symbolRoom: button.symbol !== "" ? button.symbolSize * button.look.fontScale : 0
+    readonly property real gap: button.symbol !== "" && button.text !== "" ? 6 : 0
+
+    implicitWidth: Math.ceil(button.symbolRoom + button.gap + (button.text !== "" ? label.implicitWidth : 0)) + button.leftPadding + button.rightPadding
     implicitHeight: Math.max(28, content.implicitHeight + button.topPadding + button.bottomPadding)
     leftPadding: 10
     rightPadding: 10
@@ -27,13 +30,13 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     opacity: button.enabled ? 1 : 0.45
-    Keys.onReturnPressed: button.click()
-    Keys.onEnterPressed: button.click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     Accessible.role: Accessible.Button
     Accessible.name: button.text !== "" ? button.text : button.help
     Accessible.description: button.help
-    Accessible.onPressAction: button.click()
+    Accessible.onPressAction: button.clicked()
 
     background: Rectangle {
         radius: button.corner
@@ -54,27 +57,28 @@ T.AbstractButton {
         }
     }
     contentItem: Item {
-        implicitWidth: content.implicitWidth
         implicitHeight: content.implicitHeight
 
         Row {
             id: content
 
             anchors.centerIn: parent
-            spacing: 6
+            spacing: button.gap
 
             SymbolItem {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.symbol !== ""
-                width: visible ? button.symbolSize * button.look.fontScale : 0
+                width: button.symbolRoom
                 height: button.symbolSize * button.look.fontScale
                 name: button.symbol
                 color: button.ink
             }
             PanelLabel {
+                id: label
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: text !== ""
-                width: Math.min(implicitWidth, Math.max(0, button.width > 0 ? button.availableWidth - x : implicitWidth))
+                width: Math.min(implicitWidth, Math.max(0, button.availableWidth - button.symbolRoom - button.gap))
                 elide: Text.ElideRight
                 look: button.look
                 size: button.size

@@ -29,15 +29,16 @@ T.TextField {
         color: field.look.tinted(field.look.foam, 0.1)
 
         FocusRing {
+            anchors.margins: 0
             look: field.look
-            radius: 12
+            radius: 10
             shown: field.activeFocus
         }
     }
 
     PanelLabel {
         x: field.leftPadding
-        width: field.availableWidth
+        width: field.width - field.leftPadding - field.rightPadding
         height: field.height
         visible: field.length === 0 && field.preeditText === ""
         verticalAlignment: Text.AlignVCenter

@@ -12,14 +12,12 @@ T.MenuItem {
     visible: item.shown
     implicitWidth: ListView.view ? ListView.view.width : 200
     height: item.shown ? implicitHeight : 0
-    implicitHeight: label.implicitHeight + 14
+    implicitHeight: item.contentItem.implicitHeight + 14
     leftPadding: 8
     rightPadding: 8
     hoverEnabled: true
 
     contentItem: PanelLabel {
-        id: label
-
         look: item.look
         size: 12
         text: item.text

@@ -17,15 +17,15 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     onClicked: toggle.flipped(!toggle.on)
-    Keys.onReturnPressed: toggle.click()
-    Keys.onEnterPressed: toggle.click()
+    Keys.onReturnPressed: toggle.clicked()
+    Keys.onEnterPressed: toggle.clicked()
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: toggle.text
     Accessible.checkable: true
     Accessible.checked: toggle.on
-    Accessible.onPressAction: toggle.click()
-    Accessible.onToggleAction: toggle.click()
+    Accessible.onPressAction: toggle.clicked()
+    Accessible.onToggleAction: toggle.clicked()
 
     background: Rectangle {
         radius: height / 2

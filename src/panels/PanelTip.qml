@@ -14,12 +14,10 @@ T.ToolTip {
     padding: 8
     delay: 600
     visible: tip.shown
-    implicitWidth: Math.min(260, words.implicitWidth + 16)
-    implicitHeight: words.implicitHeight + 16
+    implicitWidth: Math.min(260, tip.contentItem.implicitWidth + 16)
+    implicitHeight: tip.contentItem.implicitHeight + 16
 
     contentItem: PanelLabel {
-        id: words
-
         look: tip.look
         size: 11
         text: tip.text

@@ -8,7 +8,7 @@ namespace morvo {
 
 /// The personas to choose from, and the user's own to manage. `choices` has the rows label,
 /// persona; `customs` has persona, name, isCurrent, missingBadge, missingLine.
-class PersonasSection : public PanelSection {
+class PersonasSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(morvo::PanelEntries *entries READ entries WRITE setEntries NOTIFY changed REQUIRED)

@@ -6,7 +6,7 @@
 namespace morvo {
 
 /// The bars of the account's quota. Rows: title, value, progress, isUnlimited, fill, valueColor.
-class QuotaSection : public PanelSection {
+class QuotaSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)

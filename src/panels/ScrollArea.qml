@@ -20,6 +20,7 @@ Flickable {
         parent: area.parent
         x: area.x + area.width + 4
         height: area.height
+        visible: area.visible && size < 1
         look: area.look
     }
     onFocusedChanged: {

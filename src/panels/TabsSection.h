@@ -6,7 +6,7 @@
 namespace morvo {
 
 /// The panel's tabs and its size. Rows: label, symbolName.
-class TabsSection : public PanelSection {
+class TabsSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)

@@ -6,7 +6,7 @@
 namespace morvo {
 
 /// The pet's vitals. Rows: emoji, label, value, valueColor, help.
-class VitalsSection : public PanelSection {
+class VitalsSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)

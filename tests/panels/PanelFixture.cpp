@@ -79,6 +79,10 @@ void PanelFixture::settle() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
   }
+  // Layouts settle when the window is drawn.
+  if (m_view) {
+    static_cast<void>(grab());
+  }
 }
 
 void PanelFixture::takeTab(int tab) {

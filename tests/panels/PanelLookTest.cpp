@@ -6,7 +6,6 @@
 #include "platform/SettingKeys.h"
 #include "platform/qt/AppearancePalettes.h"
 
-
 namespace morvo {
 namespace {
 
