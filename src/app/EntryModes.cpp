@@ -1,7 +1,6 @@
 #include "app/EntryModes.h"
 
 #include "app/MenubarMode.h"
-
 #include "app/RenderMode.h"
 #include "app/SceneMode.h"
 #include "app/UsageModes.h"
