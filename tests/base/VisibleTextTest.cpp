@@ -25,8 +25,20 @@ INSTANTIATE_TEST_SUITE_P(
         same("Empty", {}), same("Command", QStringLiteral("rm -rf \"$HOME\"/* && echo '<b>'")),
         same("LinesAndTabs", QStringLiteral("a\n\tb")),
         same("Chinese", QStringLiteral("删除\u3000文件，好吗？")),
-        same("Emoji", QStringLiteral("🦑")), same("Hebrew", QStringLiteral("שלום")),
-        same("CombiningMark", QStringLiteral("e\u0301")),
+        same("Emoji", QStringLiteral("🦑")), same("CombiningMark", QStringLiteral("e\u0301")),
+        same("FourMarks", QStringLiteral("e\u0301\u0302\u0303\u0304x\u0301")),
+        Row{"PiledMarks", QStringLiteral("e\u0301\u0302\u0303\u0304\u0305\u0306"),
+            QStringLiteral("e\u0301\u0302\u0303\u0304[U+0305][U+0306]")},
+        Row{"MarksWithoutALetter", QStringLiteral("\u0301a\n\u0302\u202E\u0303"),
+            QStringLiteral("[U+0301]a\n[U+0302][U+202E][U+0303]")},
+        Row{"SymbolsWithoutALook", QString::fromUcs4(U"\uFFFC\U0001D159"),
+            QStringLiteral("[U+FFFC][U+1D159]")},
+        Row{"Hebrew", QStringLiteral("שלום"), QStringLiteral("\u200Eשלום\u200E")},
+        Row{"WordsFromRightToLeft", QStringLiteral("אב /גד 12"),
+            QStringLiteral("\u200Eאב\u200E /גד\u200E 12")},
+        Row{"MarksWithinAWord", QStringLiteral("אָב x"), QStringLiteral("\u200Eאָב\u200E x")},
+        Row{"OnlyLinesWithSuchWords", QStringLiteral("rm\nا\nls"),
+            QStringLiteral("rm\n\u200Eا\u200E\nls")},
         Row{"Override", QStringLiteral("a\u202Eb\u202C"), QStringLiteral("a[U+202E]b[U+202C]")},
         Row{"Embeddings", QStringLiteral("\u202A\u202B\u202D"),
             QStringLiteral("[U+202A][U+202B][U+202D]")},
@@ -50,6 +62,17 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"Tags", QString::fromUcs4(U"\U000E0041\U000E0100"),
             QStringLiteral("[U+E0041][U+E0100]")}),
     [](const auto &row) { return row.param.name; });
+
+TEST(ShortenedTextTest, IsTheBeginningWithDotsWhereThereIsMore) {
+  EXPECT_EQ(VisibleText::shortened(QStringLiteral("长长"), 2), QStringLiteral("长长"));
+  EXPECT_EQ(VisibleText::shortened(QStringLiteral("长长的"), 2), QStringLiteral("长长……"));
+  EXPECT_EQ(VisibleText::shortened({}, 2), QString());
+}
+
+TEST(ShortenedTextTest, CutsNoCharacterInTwo) {
+  EXPECT_EQ(VisibleText::shortened(QStringLiteral("a🦑b"), 2), QStringLiteral("a……"));
+  EXPECT_EQ(VisibleText::shortened(QStringLiteral("a🦑b"), 3), QStringLiteral("a🦑……"));
+}
 
 TEST(VisibleLineTest, ShowsLineFeedsAndTabsToo) {
   EXPECT_EQ(VisibleText::ofLine(QStringLiteral("Bash\n\t已批准\u202E")),
