@@ -35,8 +35,9 @@ FileLayer::Result<std::optional<FileLayer::Status>> statusIfPresent(FileLayer &f
   return std::unexpected(status.error());
 }
 
-FileLayer::Result<QString> resolveLinks(FileLayer &files, QString path) {
-  for (int step = 0; step < longestLinkChain; ++step) {
+/// The path behind at most `chain` links.
+FileLayer::Result<QString> resolveLinks(FileLayer &files, QString path, int chain) {
+  for (int step = 0; step <= chain; ++step) {
     const auto status = statusIfPresent(files, path);
     if (!status) {
       return std::unexpected(status.error());
@@ -44,6 +45,9 @@ FileLayer::Result<QString> resolveLinks(FileLayer &files, QString path) {
     const auto &found = *status;
     if (!found || !found->isSymbolicLink) {
       return path;
+    }
+    if (step == chain) {
+      break;
     }
     auto target = files.linkTarget(path);
     if (!target) {
@@ -91,7 +95,7 @@ FileLayer::Result<void> fill(FileLayer &files, int descriptor, const QByteArray 
   if (auto set = files.setMode(descriptor, mode); !set) {
     return set;
   }
-  return files.sync(descriptor);
+  return options.durable ? files.sync(descriptor) : FileLayer::Result<void>();
 }
 
 /// Asked right before the file is replaced; false leaves it alone.
@@ -121,7 +125,7 @@ FileLayer::Result<bool> putInPlace(FileLayer &files, const Temporary &temporary,
 
 FileLayer::Result<bool> writeIf(FileLayer &files, const QString &path, const QByteArray &content,
                                 const Options &options, const Condition &condition) {
-  const auto target = resolveLinks(files, path);
+  const auto target = resolveLinks(files, path, options.followLinks ? longestLinkChain : 0);
   if (!target) {
     return std::unexpected(target.error());
   }

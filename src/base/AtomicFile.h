@@ -14,12 +14,17 @@ struct Options {
   bool forceMode = false;
   /// Missing parent directories are created with this mode.
   std::uint32_t directoryMode = 0755;
+  /// Whether the content is on the disk when the call returns, which takes its time. Without it a
+  /// power failure may leave the file old, empty or gone.
+  bool durable = true;
+  /// Whether a symbolic link at the path leads to the file; else it is refused, with ELOOP.
+  bool followLinks = true;
 };
 
 /// Writes `content` to a temporary file beside `path`, syncs it, and renames it over `path`.
-/// A symbolic link stays a link: the file it points to is replaced. The old file's mode is kept,
-/// and its owner where the process may. On any failure the old file is whole and no temporary file
-/// is left, unless the process dies in between.
+/// A symbolic link stays a link: the file it points to is replaced, unless links are refused. The
+/// old file's mode is kept, and its owner where the process may. On any failure the old file is
+/// whole and no temporary file is left, unless the process dies in between.
 [[nodiscard]] FileLayer::Result<void> write(FileLayer &files, const QString &path,
                                             const QByteArray &content, const Options &options = {});
 

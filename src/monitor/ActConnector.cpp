@@ -20,7 +20,9 @@ constexpr const char *toolsThatChange = "Bash|Write|Edit|MultiEdit|NotebookEdit"
 constexpr qsizetype longestId = 64;
 constexpr const char *allowText = R"({"decision":"allow"})";
 constexpr const char *denyText = R"({"decision":"deny"})";
-constexpr AtomicFile::Options decisionOptions{.mode = 0600, .directoryMode = 0700};
+/// Nobody needs an answer after a power failure, and the click must not wait for the disk.
+constexpr AtomicFile::Options decisionOptions{
+    .mode = 0600, .directoryMode = 0700, .durable = false, .followLinks = false};
 
 bool isPlainId(const QString &id) {
   return PetFiles::isPlainName(id) && id.toUtf8().size() <= longestId;
@@ -43,10 +45,6 @@ nlohmann::json ActConnector::added(nlohmann::json settings) const {
 
 nlohmann::json ActConnector::removed(nlohmann::json settings) const {
   return ClaudeStyleHookMerger::withRemoved(std::move(settings), {toolEvent}, command());
-}
-
-std::expected<void, HookError> ActConnector::write(const nlohmann::json &settings) {
-  return AgentSettings::write(*m_context.files, ClaudeConnector(m_context).settingsURL(), settings);
 }
 
 std::expected<void, HookError> ActConnector::setConnected(bool on) {

@@ -19,8 +19,6 @@ public:
   [[nodiscard]] nlohmann::json added(nlohmann::json settings) const;
   /// The settings without our entry, and without what it leaves empty.
   [[nodiscard]] nlohmann::json removed(nlohmann::json settings) const;
-  /// Writes Claude's settings file.
-  [[nodiscard]] std::expected<void, HookError> write(const nlohmann::json &settings);
 
   /// Turns the hook on in Claude's settings file, installing the scripts first, or off. On failure
   /// the settings file is as it was.
@@ -28,7 +26,8 @@ public:
 
   /// Writes `~/.morvo/decisions/<id>.json` for the script that waits for it. A failure is ignored:
   /// the script then times out and the agent asks for itself. The id comes from the inbox, where
-  /// anyone may write: one that is no plain file name of at most 64 bytes writes nothing.
+  /// anyone may write: one that is no plain file name of at most 64 bytes writes nothing, and a
+  /// symbolic link in the file's place is left alone.
   void decide(const QString &id, bool allow) const;
 
 private:

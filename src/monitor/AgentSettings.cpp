@@ -80,14 +80,6 @@ QByteArray text(const nlohmann::json &object) {
   return SettingsSeal::opened(QByteArray::fromStdString(dumped)) + '\n';
 }
 
-std::expected<void, HookError> write(FileLayer &files, const QString &path,
-                                     const nlohmann::json &object) {
-  if (auto written = AtomicFile::write(files, path, text(object)); !written) {
-    return std::unexpected(HookError{HookError::Kind::fileNotWritten, path, written.error()});
-  }
-  return {};
-}
-
 std::expected<void, HookError>
 change(FileLayer &files, const QString &path,
        const std::function<nlohmann::json(nlohmann::json)> &changed) {

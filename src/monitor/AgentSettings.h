@@ -39,14 +39,10 @@ inline constexpr int deepestNesting = 512;
 /// Pretty-printed with sorted keys, with a line feed at the end.
 [[nodiscard]] QByteArray text(const nlohmann::json &object);
 
-/// Writes the object, atomically, creating the folders it needs. An existing file keeps its mode, a
-/// symbolic link stays one.
-[[nodiscard]] std::expected<void, HookError> write(FileLayer &files, const QString &path,
-                                                   const nlohmann::json &object);
-
-/// Reads the object, lets `changed` make another of it and writes that, atomically, as `write`
-/// does. A file that someone changed meanwhile is read and changed anew, some times at most, so
-/// that no one's change is lost: `changed` may be called several times.
+/// Reads the object, lets `changed` make another of it and writes that, atomically, creating the
+/// folders it needs. An existing file keeps its mode, a symbolic link stays one. A file that
+/// someone changed meanwhile is read and changed anew, some times at most, so that no one's change
+/// is lost: `changed` may be called several times.
 [[nodiscard]] std::expected<void, HookError>
 change(FileLayer &files, const QString &path,
        const std::function<nlohmann::json(nlohmann::json)> &changed);

@@ -3,12 +3,15 @@
 #include "monitor/ClaudeConnector.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
 namespace morvo {
 namespace {
 
+using test::FailingFileLayer;
 using test::HookHome;
 using Json = nlohmann::json;
 
@@ -95,6 +98,27 @@ TEST_F(ActConnectorTest, DecisionsAreForTheUserAlone) {
   m_act.decide(QStringLiteral("a"), true);
   EXPECT_EQ(m_home.mode(QStringLiteral(".morvo/decisions")), 0700U);
   EXPECT_EQ(m_home.mode(QStringLiteral(".morvo/decisions/a.json")), 0600U);
+}
+
+TEST_F(ActConnectorTest, ADecisionDoesNotWaitForTheDisk) {
+  FailingFileLayer files;
+  QStringList calls;
+  files.beforeEach([&calls](QStringView name) { calls.append(name.toString()); });
+  HookContext context = m_home.context();
+  context.files = &files;
+  ActConnector(context).decide(QStringLiteral("a"), true);
+  EXPECT_TRUE(calls.contains(QStringLiteral("rename")));
+  EXPECT_FALSE(calls.contains(QStringLiteral("fsync")));
+}
+
+TEST_F(ActConnectorTest, ALinkInADecisionsPlaceLeadsNowhere) {
+  m_home.put(QStringLiteral("target"), "theirs");
+  ASSERT_TRUE(QDir(m_home.home().path).mkpath(QStringLiteral(".morvo/decisions")));
+  const QString link = m_home.path(QStringLiteral(".morvo/decisions/a.json"));
+  ASSERT_TRUE(QFile::link(m_home.path(QStringLiteral("target")), link));
+  m_act.decide(QStringLiteral("a"), true);
+  EXPECT_EQ(m_home.get(QStringLiteral("target")), "theirs");
+  EXPECT_TRUE(QFileInfo(link).isSymLink());
 }
 
 class ForgedIdTest : public ActConnectorTest, public testing::WithParamInterface<QString> {};
