@@ -95,6 +95,7 @@ import hashlib, json, os, stat, sys, time
 READ_ONLY = ("Read", "Grep", "Glob", "LS", "NotebookRead", "WebFetch", "WebSearch", "TodoWrite")
 ROUNDS = 180
 PAUSE = 0.5
+LONGEST_DECISION = 4096
 )script";
 
 constexpr const char *permissionScriptBody = R"script(
@@ -115,8 +116,10 @@ def summary_of(tool_input):
 
 def decision_in(path):
     try:
-        with open(path, encoding="utf-8") as file:
-            return json.load(file).get("decision", "ask")
+        file = os.open(path, os.O_RDONLY | os.O_NONBLOCK | os.O_NOFOLLOW)
+        if not stat.S_ISREG(os.fstat(file).st_mode):
+            return "ask"
+        return json.loads(os.read(file, LONGEST_DECISION).decode("utf-8")).get("decision", "ask")
     except Exception:
         return "ask"
 

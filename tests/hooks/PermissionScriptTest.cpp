@@ -346,6 +346,31 @@ TEST_F(PermissionScriptTest, ADecisionThatIsNoFileLeavesTheCallToTheAgent) {
   expectSilence(run);
 }
 
+TEST_F(PermissionScriptTest, APipeInADecisionsPlaceLeavesTheCallToTheAgent) {
+  auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  const QString id = idOf(m_inbox.nextRequest());
+  ASSERT_TRUE(QDir(m_home.path({})).mkpath(QStringLiteral(".morvo/decisions")));
+  ASSERT_EQ(::mkfifo(QFile::encodeName(m_home.path(decisionFile(id))).constData(), 0600), 0);
+  expectSilence(run);
+}
+
+TEST_F(PermissionScriptTest, ALinkInADecisionsPlaceIsNoDecision) {
+  m_home.put(QStringLiteral("elsewhere.json"), R"({"decision":"allow"})");
+  auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  const QString id = idOf(m_inbox.nextRequest());
+  ASSERT_TRUE(QDir(m_home.path({})).mkpath(QStringLiteral(".morvo/decisions")));
+  ASSERT_TRUE(
+      QFile::link(m_home.path(QStringLiteral("elsewhere.json")), m_home.path(decisionFile(id))));
+  expectSilence(run);
+}
+
+TEST_F(PermissionScriptTest, ADecisionOfMegabytesIsNone) {
+  auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
+  const QString id = idOf(m_inbox.nextRequest());
+  m_home.put(decisionFile(id), R"({"decision":"allow")" + QByteArray(8 << 20, ' ') + '}');
+  expectSilence(run);
+}
+
 TEST_F(PermissionScriptTest, APipeInTheInboxsPlaceEndsTheScriptWithoutAnAnswer) {
   const QByteArray path = QFile::encodeName(MorvoHome::inbox(m_home.home()));
   ASSERT_TRUE(QFile::remove(MorvoHome::inbox(m_home.home())));
