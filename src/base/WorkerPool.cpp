@@ -8,6 +8,7 @@
 #include <deque>
 #include <mutex>
 #include <sys/resource.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -22,6 +23,15 @@ constexpr int lowPriority = 10;
 void lowerPriority() {
   // Without the low priority the work is still done.
   static_cast<void>(::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), lowPriority));
+}
+
+bool startDetached(std::function<void()> work) {
+  try {
+    std::thread(std::move(work)).detach();
+  } catch (const std::system_error &) {
+    return false;
+  }
+  return true;
 }
 
 } // namespace
@@ -48,17 +58,28 @@ struct WorkerPool::Threads {
   QObject *receiver = nullptr;
   int running = 0;
   int most = 1;
+  Starter starter;
 
-  static void post(const std::shared_ptr<Threads> &threads, Entry entry) {
+  /// False when nobody will ever do it.
+  static bool post(const std::shared_ptr<Threads> &threads, Entry entry) {
     const std::scoped_lock lock(threads->mutex);
+    if (threads->stop.stop_requested()) {
+      return false;
+    }
     threads->entries.push_back(std::move(entry));
     if (threads->running < threads->most) {
       ++threads->running;
-      std::thread([threads] {
+      const bool hasBegun = threads->starter([threads] {
         lowerPriority();
         threads->work();
-      }).detach();
+      });
+      if (!hasBegun && --threads->running == 0) {
+        // What runs takes all that waits, so this was the only one.
+        threads->entries.pop_back();
+        return false;
+      }
     }
+    return true;
   }
 
   void work() {
@@ -92,10 +113,13 @@ struct WorkerPool::Waiters {
   }
 };
 
-WorkerPool::WorkerPool(int threads)
+WorkerPool::WorkerPool(int threads) : WorkerPool(threads, startDetached) {}
+
+WorkerPool::WorkerPool(int threads, Starter starter)
     : m_threads(std::make_shared<Threads>()), m_waiters(std::make_unique<Waiters>()) {
   m_threads->receiver = &m_waiters->receiver;
   m_threads->most = std::max(threads, 1);
+  m_threads->starter = std::move(starter);
 }
 
 WorkerPool::~WorkerPool() {
@@ -106,6 +130,7 @@ WorkerPool::~WorkerPool() {
     m_threads->stop.request_stop();
     m_threads->ended.wait_for(lock, patience, [this] { return m_threads->running == 0; });
   }
+  // What asks for more meanwhile gets nothing, at once.
   for (const auto &state : std::exchange(m_waiters->states, {})) {
     state->coroutine.resume();
   }
@@ -116,13 +141,18 @@ WorkerPool::Done::Done(WorkerPool &pool, Job job) : m_waiting(std::make_shared<W
   m_waiting->job = std::move(job);
 }
 
-void WorkerPool::Done::await_suspend(std::coroutine_handle<> coroutine) const {
+bool WorkerPool::Done::await_suspend(std::coroutine_handle<> coroutine) const {
   m_waiting->coroutine = coroutine;
   Waiters &waiters = *m_waiting->pool->m_waiters;
-  waiters.states.push_back(m_waiting);
-  Threads::post(m_waiting->pool->m_threads,
-                {.job = std::move(m_waiting->job),
-                 .onDone = [&waiters, state = m_waiting] { waiters.resume(state); }});
+  const bool isPosted =
+      Threads::post(m_waiting->pool->m_threads,
+                    {.job = std::move(m_waiting->job),
+                     .onDone = [&waiters, state = m_waiting] { waiters.resume(state); }});
+  if (isPosted) {
+    // The end comes through the event loop, so not before this.
+    waiters.states.push_back(m_waiting);
+  }
+  return isPosted;
 }
 
 bool WorkerPool::Done::await_resume() const noexcept { return m_waiting->isDone; }

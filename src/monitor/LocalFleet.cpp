@@ -11,10 +11,10 @@ LocalFleet::LocalFleet(HomeFolder home, const Clock &clock, WorkerPool &workers)
 
 QCoro::Task<std::vector<FleetSession>> LocalFleet::scan() {
   // Named, since GCC 12 destroys a lambda within an awaited expression twice.
-  auto look = [home = m_home, now = m_clock->now()](const std::stop_token &stop) {
+  const auto look = [home = m_home, now = m_clock->now()](const std::stop_token &stop) {
     return FleetScanner::scan(home, now, stop);
   };
-  const auto found = co_await m_workers->run(std::move(look));
+  const auto found = co_await m_workers->run(look);
   co_return found.value_or(std::vector<FleetSession>());
 }
 

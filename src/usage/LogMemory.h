@@ -6,6 +6,7 @@
 #include <atomic>
 #include <map>
 #include <stop_token>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -34,7 +35,12 @@ public:
       }
     };
     if (jobs.size() > 1 && bytes >= worthAnotherThread) {
-      const std::jthread helper(work);
+      std::jthread helper;
+      try {
+        helper = std::jthread(work);
+      } catch (const std::system_error &) {
+        // Without a thread to be had the work is done alone.
+      }
       work();
     } else if (!jobs.empty()) {
       work();

@@ -9,6 +9,7 @@
 #include <latch>
 #include <semaphore>
 #include <sys/resource.h>
+#include <thread>
 #include <unistd.h>
 
 namespace morvo {
@@ -122,6 +123,79 @@ TEST(WorkerPoolTest, ACoroutineThatWaitsAtTheEndGoesOnWithNothing) {
     ASSERT_TRUE(job.isDone());
     EXPECT_EQ(job.wait(), std::optional<std::optional<int>>(std::in_place));
   }
+}
+
+template <typename Work>
+concept canBeRun = requires(WorkerPool &pool, Work work) { pool.run(std::forward<Work>(work)); };
+
+TEST(WorkerPoolTest, WorkWithoutANameIsRefused) {
+  const auto work = [](const std::stop_token &) { return 1; };
+  using Work = std::remove_const_t<decltype(work)>;
+  EXPECT_TRUE(canBeRun<const Work &>);
+  EXPECT_TRUE(canBeRun<Work &>);
+  EXPECT_FALSE(canBeRun<Work &&>);
+}
+
+TEST(WorkerPoolTest, WhereNoThreadIsToBeHadTheCoroutineGoesOnWithNothing) {
+  bool mayBegin = false;
+  WorkerPool pool(2, [&mayBegin](std::function<void()> work) {
+    if (mayBegin) {
+      std::thread(std::move(work)).detach();
+    }
+    return mayBegin;
+  });
+  const auto work = [](const std::stop_token &) { return 1; };
+  const test::Awaited refused(pool.run(work));
+  ASSERT_TRUE(refused.isDone());
+  EXPECT_EQ(refused.wait(), std::optional<std::optional<int>>(std::in_place));
+  mayBegin = true;
+  const test::Awaited done(pool.run(work));
+  EXPECT_EQ(done.wait(), std::optional(std::optional(1)));
+}
+
+TEST(WorkerPoolTest, WhereNoFurtherThreadIsToBeHadTheOthersDoTheWork) {
+  int begun = 0;
+  WorkerPool pool(2, [&begun](std::function<void()> work) {
+    if (begun > 0) {
+      return false;
+    }
+    ++begun;
+    std::thread(std::move(work)).detach();
+    return true;
+  });
+  const auto release = std::make_shared<std::binary_semaphore>(0);
+  const auto waits = [release](const std::stop_token &) {
+    release->acquire();
+    return 1;
+  };
+  const auto work = [](const std::stop_token &) { return 2; };
+  const test::Awaited first(pool.run(waits));
+  const test::Awaited second(pool.run(work));
+  EXPECT_FALSE(second.isDone());
+  release->release();
+  EXPECT_EQ(first.wait(), std::optional(std::optional(1)));
+  EXPECT_EQ(second.wait(), std::optional(std::optional(2)));
+}
+
+/// Asks again as soon as it was let down.
+QCoro::Task<int> askUntilRefused(WorkerPool *pool) {
+  const auto work = [](const std::stop_token &stop) {
+    while (!stop.stop_requested()) {
+      QThread::yieldCurrentThread();
+    }
+    return 1;
+  };
+  const auto first = co_await pool->run(work);
+  const auto second = co_await pool->run(work);
+  co_return (first ? 1 : 0) + (second ? 1 : 0);
+}
+
+TEST(WorkerPoolTest, WhoAsksDuringTheEndGetsNothingAtOnce) {
+  std::optional<WorkerPool> pool(std::in_place);
+  const test::Awaited job(askUntilRefused(&*pool));
+  pool.reset();
+  ASSERT_TRUE(job.isDone());
+  EXPECT_EQ(job.wait(), 0);
 }
 
 } // namespace
