@@ -7,6 +7,8 @@
 
 #include <coroutine>
 #include <csignal>
+#include <cstdlib>
+#include <sys/prctl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -44,6 +46,17 @@ QProcessEnvironment toProcessEnvironment(const Environment &environment) {
   return result;
 }
 
+/// In the child: a session of its own, which ends with its leader when `parent` dies, however it
+/// does. Only calls that are safe between fork and exec.
+void liveNoLongerThan(pid_t parent) {
+  ::setsid();
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (::getppid() != parent) {
+    // It died before it could be followed.
+    ::_exit(EXIT_FAILURE);
+  }
+}
+
 /// The group has the number of its leader, which stays taken until the leader is reaped and the
 /// group is empty.
 void signalGroup(qint64 leader, int signal) {
@@ -79,7 +92,11 @@ public:
   }
   Run(const Run &) = delete;
   Run &operator=(const Run &) = delete;
-  ~Run() { abandon(); }
+  ~Run() {
+    if (m_process != nullptr) {
+      abandon();
+    }
+  }
 
 private:
   void prepare(const Command &command) {
@@ -87,7 +104,7 @@ private:
       m_process->setProcessEnvironment(toProcessEnvironment(*command.environment));
     }
     m_process->setWorkingDirectory(command.workingDirectory);
-    m_process->setChildProcessModifier([] { ::setsid(); });
+    m_process->setChildProcessModifier([program = ::getpid()] { liveNoLongerThan(program); });
     QObject::connect(m_process, &QProcess::readyReadStandardOutput, &m_context,
                      [this] { m_output.append(m_process->readAllStandardOutput()); });
     QObject::connect(m_process, &QProcess::readyReadStandardError, &m_context,
@@ -111,7 +128,16 @@ private:
   void passDeadline() {
     m_timedOut = true;
     signalGroup(m_process->processId(), SIGTERM);
-    m_kill = m_scheduler->after(grace, [this] { signalGroup(m_process->processId(), SIGKILL); });
+    m_kill = m_scheduler->after(grace, [this] { kill(); });
+  }
+
+  /// A process that hangs in the kernel outlives even this, and its end is not waited for.
+  void kill() {
+    signalGroup(m_process->processId(), SIGKILL);
+    m_kill = m_scheduler->after(grace, [this] {
+      abandon();
+      deliver(std::unexpected(Failure::timedOut));
+    });
   }
 
   void finish(int exitCode, QProcess::ExitStatus status) {
@@ -138,22 +164,25 @@ private:
   void deliver(Result result) {
     m_deadline.cancel();
     m_kill.cancel();
-    // The callback may destroy this run.
-    const auto callback = std::exchange(m_callback, nullptr);
-    callback(std::move(result));
+    // The callback may destroy this run. A failed start that was queued when the run was given up
+    // comes too late.
+    if (const auto callback = std::exchange(m_callback, nullptr)) {
+      callback(std::move(result));
+    }
   }
 
   /// A QProcess waits in its destructor for a living child, so it is left to the event loop.
   void abandon() {
-    m_process->disconnect();
-    if (m_process->state() == QProcess::NotRunning) {
-      m_process->deleteLater();
+    QProcess *const process = std::exchange(m_process, nullptr);
+    process->disconnect();
+    if (process->state() == QProcess::NotRunning) {
+      process->deleteLater();
       return;
     }
-    signalGroup(m_process->processId(), SIGKILL);
-    QObject::connect(m_process, &QProcess::finished, m_process, &QObject::deleteLater);
-    QObject::connect(m_process, &QProcess::errorOccurred, m_process,
-                     [process = m_process](QProcess::ProcessError error) {
+    signalGroup(process->processId(), SIGKILL);
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    QObject::connect(process, &QProcess::errorOccurred, process,
+                     [process](QProcess::ProcessError error) {
                        if (error == QProcess::FailedToStart) {
                          process->deleteLater();
                        }
@@ -161,13 +190,13 @@ private:
     // Without an event loop that runs on, the application reaps it at its end.
     if (auto *application = QCoreApplication::instance();
         application != nullptr && application->thread() == QThread::currentThread()) {
-      m_process->setParent(application);
+      process->setParent(application);
     }
   }
 
   Scheduler *m_scheduler;
   Callback m_callback;
-  QProcess *m_process;
+  QProcess *m_process; ///< None once it is left to itself.
   BoundedBytes m_output;
   BoundedBytes m_error;
   bool m_mayCrash;

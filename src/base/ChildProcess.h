@@ -19,7 +19,9 @@ namespace morvo {
 /// One run of another program, from start to its last word. The object is the run: destroying it
 /// kills the program with all it started, and the callback never comes.
 ///
-/// Lives on the thread that made it, whose event loop drives it. Nothing blocks.
+/// Lives on the thread that made it, whose event loop drives it. Nothing blocks. The kernel kills
+/// the program when that thread ends, however it does; so the thread is one that lasts, the main
+/// thread.
 class ChildProcess {
 public:
   struct Command {
@@ -62,7 +64,8 @@ public:
   /// May destroy the run.
   using Callback = std::function<void(Result)>;
 
-  /// How long a program has between being asked to end and being killed.
+  /// How long a program has between being asked to end and being killed, and then for its end to be
+  /// noticed; one that hangs in the kernel is left to itself after that.
   static constexpr Duration grace = std::chrono::seconds(1);
 
   /// Starts the program in a session of its own. `scheduler` must outlive the run. `callback` is

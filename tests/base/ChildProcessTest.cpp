@@ -221,6 +221,23 @@ TEST_F(ChildProcessTest, AProgramThatIgnoresBeingAskedIsKilled) {
   EXPECT_TRUE(isGone(process));
 }
 
+TEST_F(ChildProcessTest, AnEndThatDoesNotComeAfterTheKillingIsNotWaitedFor) {
+  start(shell(QStringLiteral("trap '' TERM; echo $$ > %1; while :; do sleep 0.01; done")
+                  .arg(path(QStringLiteral("pid")))));
+  const pid_t process = writtenPid(QStringLiteral("pid"));
+  ASSERT_GT(process, 0);
+  // The time passes without the event loop, so nothing is heard of the child's end.
+  m_scheduler.advance(30s);
+  m_scheduler.advance(ChildProcess::grace);
+  EXPECT_EQ(m_calls, 0);
+  m_scheduler.advance(ChildProcess::grace);
+  EXPECT_EQ(m_calls, 1);
+  EXPECT_EQ(m_result, ChildProcess::Result(std::unexpected(Failure::timedOut)));
+  until([&] { return isGone(process); });
+  EXPECT_EQ(m_calls, 1) << "the late end was told, too";
+  EXPECT_EQ(m_scheduler.pending(), 0U);
+}
+
 TEST_F(ChildProcessTest, TheDeadlineReachesGrandchildrenThatIgnoreBeingAsked) {
   start(shell(
       QStringLiteral("(trap '' TERM; sh -c 'echo $$ > %1; while :; do sleep 0.01; done') & wait")
