@@ -12,6 +12,13 @@ Rectangle {
     required property PanelLook look
     required property ApprovalPrompt prompt
 
+    // The keyboard never stands ready on a button when the next request comes.
+    function letGo(button: PanelButton) {
+        if (!button.enabled) {
+            button.focus = false
+        }
+    }
+
     implicitHeight: content.implicitHeight + 24
     radius: 10
     color: card.look.tinted(card.look.coral, 0.1)
@@ -112,6 +119,8 @@ Rectangle {
                 text: "拒绝"
                 edge: card.look.tinted(card.look.foam, 0.18)
                 enabled: card.prompt.rejectable
+                takesReturn: false
+                onEnabledChanged: card.letGo(this)
                 onClicked: card.prompt.reject()
                 Keys.onPressed: event => {
                     event.accepted = card.prompt.keyPressed(ApprovalPrompt.Reject, event.key, event.isAutoRepeat)
@@ -125,6 +134,8 @@ Rectangle {
                 ground: card.look.theme
                 ink: card.look.onTheme
                 enabled: card.prompt.approvable
+                takesReturn: false
+                onEnabledChanged: card.letGo(this)
                 onClicked: card.prompt.approve()
                 Keys.onPressed: event => {
                     event.accepted = card.prompt.keyPressed(ApprovalPrompt.Approve, event.key, event.isAutoRepeat)

@@ -8,8 +8,10 @@
 namespace morvo {
 namespace {
 
+/// Every key that presses a button.
 bool isAnswerKey(int key) {
-  return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+  return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space ||
+         key == Qt::Key_Select;
 }
 
 } // namespace

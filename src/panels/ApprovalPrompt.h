@@ -64,7 +64,7 @@ public:
   Q_INVOKABLE void reject();
   Q_INVOKABLE void approve();
   /// A key struck on the button of `answer`; `key` is a Qt::Key. True when it is the button's own
-  /// (Return, Enter, Space), whether or not it gave the answer.
+  /// (Return, Enter, Space, Select), whether or not it gave the answer.
   Q_INVOKABLE bool keyPressed(morvo::ApprovalPrompt::Answer answer, int key, bool isAutoRepeat);
 
 Q_SIGNALS:

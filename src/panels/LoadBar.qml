@@ -45,6 +45,9 @@ RowLayout {
         }
     }
     PanelLabel {
+        // Of one width while there is a bar, so that the bars beneath each other end together.
+        Layout.preferredWidth: row.share < 0 ? implicitWidth : Math.max(implicitWidth, 46 * row.look.fontScale)
+        horizontalAlignment: row.share < 0 ? Text.AlignLeft : Text.AlignRight
         look: row.look
         size: 11
         text: row.percent

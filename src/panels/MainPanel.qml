@@ -16,6 +16,7 @@ FocusScope {
     property int screenHeight: 0
     property int tab: tabs.opening
 
+    readonly property real spacing: 10
     readonly property int chatTab: 0
     readonly property int monitorTab: 1
     readonly property int petTab: 2
@@ -86,7 +87,7 @@ FocusScope {
     ColumnLayout {
         anchors.fill: parent
         anchors.margins: 14
-        spacing: 10
+        spacing: panel.spacing
 
         RowLayout {
             Layout.fillWidth: true
@@ -145,66 +146,70 @@ FocusScope {
             }
         }
 
-        // The card makes its room smoothly.
-        Item {
-            id: approval
-
-            readonly property real wanted: prompt.pending ? card.implicitHeight : 0
-
+        ColumnLayout {
             Layout.fillWidth: true
-            implicitHeight: approval.wanted
-            visible: approval.height > 0 || prompt.pending
-            clip: true
+            spacing: 0
 
-            Behavior on implicitHeight {
-                enabled: panel.Window.visibility !== Window.Hidden
-                NumberAnimation {
-                    duration: 140
-                    easing.type: Easing.OutCubic
+            // The card makes its room, and the gap beneath it, smoothly.
+            Item {
+                id: approval
+
+                readonly property real wanted: prompt.pending ? card.implicitHeight + panel.spacing : 0
+
+                Layout.fillWidth: true
+                implicitHeight: approval.wanted
+                visible: approval.implicitHeight > 0 || prompt.pending
+                clip: true
+
+                Behavior on implicitHeight {
+                    enabled: panel.Window.visibility !== Window.Hidden
+                    NumberAnimation {
+                        duration: 140
+                        easing.type: Easing.OutCubic
+                    }
+                }
+                ApprovalCard {
+                    id: card
+
+                    width: parent.width
+                    look: look
+                    prompt: prompt
                 }
             }
-            ApprovalCard {
-                id: card
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: 6
+                Accessible.role: Accessible.PageTabList
+                Accessible.name: "MorvoBar"
 
-                width: parent.width
-                look: look
-                prompt: prompt
-            }
-        }
+                Repeater {
+                    model: tabs.rows
 
-        RowLayout {
-            Layout.fillWidth: true
-            spacing: 6
-            Accessible.role: Accessible.PageTabList
-            Accessible.name: "MorvoBar"
+                    delegate: PanelButton {
+                        id: tabButton
 
-            Repeater {
-                model: tabs.rows
+                        required property int index
+                        required property string label
+                        required property string symbolName
 
-                delegate: PanelButton {
-                    id: tabButton
+                        readonly property bool chosen: panel.tab === tabButton.index
 
-                    required property int index
-                    required property string label
-                    required property string symbolName
+                        Layout.fillWidth: true
+                        Layout.preferredWidth: 1
+                        look: look
+                        implicitHeight: 32
+                        text: tabButton.label
+                        symbol: tabButton.symbolName
+                        ground: tabButton.chosen ? look.tinted(look.theme, 0.22) : look.tinted(look.foam, 0.06)
+                        ink: tabButton.chosen ? look.textOn(look.theme, 1, tabButton.ground) : look.textOn(look.foam, 0.75, tabButton.ground)
+                        onClicked: panel.takeTab(tabButton.index)
+                        Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+                        Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
 
-                    readonly property bool chosen: panel.tab === tabButton.index
-
-                    Layout.fillWidth: true
-                    Layout.preferredWidth: 1
-                    look: look
-                    implicitHeight: 32
-                    text: tabButton.label
-                    symbol: tabButton.symbolName
-                    ground: tabButton.chosen ? look.tinted(look.theme, 0.22) : look.tinted(look.foam, 0.06)
-                    ink: tabButton.chosen ? look.textOn(look.theme, 1, tabButton.ground) : look.textOn(look.foam, 0.75, tabButton.ground)
-                    onClicked: panel.takeTab(tabButton.index)
-                    Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-                    Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-
-                    Accessible.role: Accessible.PageTab
-                    Accessible.name: tabButton.label
-                    Accessible.selected: tabButton.chosen
+                        Accessible.role: Accessible.PageTab
+                        Accessible.name: tabButton.label
+                        Accessible.selected: tabButton.chosen
+                    }
                 }
             }
         }

@@ -61,7 +61,7 @@ ColumnLayout {
             text: attention.headline
             font.weight: Font.DemiBold
             wrapMode: Text.Wrap
-            maximumLineCount: 4
+            maximumLineCount: 2
             elide: Text.ElideRight
         }
         PanelLabel {
@@ -117,7 +117,7 @@ ColumnLayout {
                         text: item.detail
                         color: tab.look.textOn(tab.look.foam, 0.62, attention.ground)
                         wrapMode: Text.Wrap
-                        maximumLineCount: 3
+                        maximumLineCount: 2
                         elide: Text.ElideRight
                     }
                 }

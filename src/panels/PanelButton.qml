@@ -17,12 +17,20 @@ T.AbstractButton {
     property color edge: "transparent"
     property real corner: 8
     property string help: ""
+    // The symbol stands behind the text.
+    property bool symbolLast: false
+    // Return and Enter press the button; where another judges its keys, they do not.
+    property bool takesReturn: true
 
-    readonly property real symbolRoom: button.symbol !== "" ? button.symbolSize * button.look.fontScale : 0
-    readonly property real gap: button.symbol !== "" && button.text !== "" ? 6 : 0
+    function strike(event: KeyEvent) {
+        event.accepted = button.takesReturn
+        if (button.takesReturn && !event.isAutoRepeat) {
+            button.clicked()
+        }
+    }
 
-    implicitWidth: Math.ceil(button.symbolRoom + button.gap + (button.text !== "" ? label.implicitWidth : 0)) + button.leftPadding + button.rightPadding
-    implicitHeight: Math.max(28, content.implicitHeight + button.topPadding + button.bottomPadding)
+    implicitWidth: Math.ceil(button.implicitContentWidth) + button.leftPadding + button.rightPadding
+    implicitHeight: Math.max(28, button.implicitContentHeight + button.topPadding + button.bottomPadding)
     leftPadding: 10
     rightPadding: 10
     topPadding: 4
@@ -30,8 +38,8 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     opacity: button.enabled ? 1 : 0.45
-    Keys.onReturnPressed: button.clicked()
-    Keys.onEnterPressed: button.clicked()
+    Keys.onReturnPressed: event => button.strike(event)
+    Keys.onEnterPressed: event => button.strike(event)
 
     Accessible.role: Accessible.Button
     Accessible.name: button.text !== "" ? button.text : button.help
@@ -56,38 +64,14 @@ T.AbstractButton {
             shown: button.visualFocus
         }
     }
-    contentItem: Item {
-        implicitHeight: content.implicitHeight
-
-        Row {
-            id: content
-
-            anchors.centerIn: parent
-            spacing: button.gap
-
-            SymbolItem {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.symbol !== ""
-                width: button.symbolRoom
-                height: button.symbolSize * button.look.fontScale
-                name: button.symbol
-                color: button.ink
-            }
-            PanelLabel {
-                id: label
-
-                anchors.verticalCenter: parent.verticalCenter
-                visible: text !== ""
-                width: Math.min(implicitWidth, Math.max(0, button.availableWidth - button.symbolRoom - button.gap))
-                elide: Text.ElideRight
-                look: button.look
-                size: button.size
-                text: button.text
-                color: button.ink
-                font.weight: Font.Medium
-                Accessible.ignored: true
-            }
-        }
+    contentItem: ButtonFace {
+        look: button.look
+        symbol: button.symbol
+        symbolSize: button.symbolSize
+        symbolLast: button.symbolLast
+        size: button.size
+        text: button.text
+        ink: button.ink
     }
     PanelTip {
         look: button.look

@@ -12,13 +12,19 @@ T.AbstractButton {
 
     signal flipped(bool on)
 
+    function strike(event: KeyEvent) {
+        if (!event.isAutoRepeat) {
+            toggle.clicked()
+        }
+    }
+
     implicitWidth: 36
     implicitHeight: 22
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     onClicked: toggle.flipped(!toggle.on)
-    Keys.onReturnPressed: toggle.clicked()
-    Keys.onEnterPressed: toggle.clicked()
+    Keys.onReturnPressed: event => toggle.strike(event)
+    Keys.onEnterPressed: event => toggle.strike(event)
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: toggle.text
@@ -29,9 +35,9 @@ T.AbstractButton {
 
     background: Rectangle {
         radius: height / 2
-        color: toggle.on ? toggle.look.theme : toggle.look.tinted(toggle.look.foam, 0.16)
+        color: toggle.on ? toggle.look.theme : toggle.look.tinted(toggle.look.foam, toggle.look.dark ? 0.16 : 0.3)
         border.width: toggle.on ? 0 : 1
-        border.color: toggle.look.tinted(toggle.look.foam, 0.3)
+        border.color: toggle.look.tinted(toggle.look.foam, toggle.look.dark ? 0.3 : 0.45)
 
         FocusRing {
             look: toggle.look
@@ -48,7 +54,7 @@ T.AbstractButton {
             width: height
             height: parent.height - 2 * gap
             radius: height / 2
-            color: toggle.on ? toggle.look.onTheme : toggle.look.tinted(toggle.look.foam, 0.75)
+            color: toggle.on || !toggle.look.dark ? toggle.look.abyss : toggle.look.tinted(toggle.look.foam, 0.75)
 
             Behavior on x {
                 enabled: toggle.animated

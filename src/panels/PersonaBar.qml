@@ -52,6 +52,7 @@ PanelCard {
             text: personas.current
             symbol: "chevron.down"
             symbolSize: 10
+            symbolLast: true
             onClicked: menu.visible ? menu.close() : menu.popup(opener, 0, opener.height + 4)
 
             Accessible.role: Accessible.ButtonMenu
@@ -84,8 +85,9 @@ PanelCard {
             boundsBehavior: Flickable.StopAtBounds
         }
 
-        Instantiator {
+        Repeater {
             model: personas.choices
+
             delegate: PanelMenuItem {
                 required property string persona
                 required property string label
@@ -94,8 +96,6 @@ PanelCard {
                 text: label
                 onTriggered: personas.choose(persona)
             }
-            onObjectAdded: (index, object) => menu.insertItem(index, object as T.MenuItem)
-            onObjectRemoved: (index, object) => menu.removeItem(object as T.MenuItem)
         }
         PanelMenuItem {
             look: bar.look

@@ -86,6 +86,9 @@ ColumnLayout {
                             look: tab.look
                             size: 14
                             text: vital.emoji
+                            // Emoji are not all of one height.
+                            height: 20 * tab.look.fontScale
+                            verticalAlignment: Text.AlignVCenter
                             font.family: "Noto Color Emoji"
                             Accessible.ignored: true
                         }

@@ -7,6 +7,7 @@
 
 #include <QAccessible>
 
+#include <map>
 #include <set>
 
 namespace morvo {
@@ -293,7 +294,7 @@ TEST_F(MainPanelTest, TheKeyboardReachesEveryControlOfATab) {
   EXPECT_EQ(buttons, 9);
 }
 
-TEST_F(MainPanelTest, AppearanceThemeAndTextSizeActAtOnce) {
+TEST_F(MainPanelTest, AppearanceAndThemeActAtOnce) {
   open();
   m_store->show(normal());
   settle();
@@ -307,13 +308,38 @@ TEST_F(MainPanelTest, AppearanceThemeAndTextSizeActAtOnce) {
   m_store->announceAppearanceChange();
   settle();
   EXPECT_NE(grab(), light);
-  QQuickItem *const name = seen("text", QStringLiteral("小沃"));
-  const double before = name->height();
+}
+
+class MainPanelTextSizeTest : public MainPanelTest, public testing::WithParamInterface<int> {};
+
+TEST_P(MainPanelTextSizeTest, EveryTextFollowsTheSettingAtOnce) {
+  openServed();
+  m_store->show(normal());
+  sendPermission(QStringLiteral("aa11bb22cc33"), QStringLiteral("Bash"), QStringLiteral("ls"));
+  takeTab(GetParam());
+  std::map<QQuickItem *, int> before;
+  for (QQuickItem *item : seenItems()) {
+    if (item->property("font").isValid()) {
+      before[item] = item->property("font").value<QFont>().pixelSize();
+    }
+  }
   set(SettingKeys::fontScale, 1.4);
   m_store->announceAppearanceChange();
   settle();
-  EXPECT_GT(name->height(), before * 1.3);
+  int compared = 0;
+  for (QQuickItem *item : seenItems()) {
+    const bool shows = item->inherits("QQuickText") || item->inherits("QQuickTextEdit") ||
+                       item->inherits("QQuickTextInput");
+    if (shows && before.contains(item)) {
+      EXPECT_NEAR(item->property("font").value<QFont>().pixelSize(), before[item] * 1.4, 1)
+          << item->property("text").toString().toStdString();
+      ++compared;
+    }
+  }
+  EXPECT_GT(compared, 10);
 }
+
+INSTANTIATE_TEST_SUITE_P(Tabs, MainPanelTextSizeTest, testing::Values(chatTab, monitorTab, petTab));
 
 TEST_F(MainPanelTest, AThousandMessagesKeepFewBubblesAndShowTheNewest) {
   open();

@@ -1,5 +1,6 @@
 #include "panels/PanelFixture.h"
 
+#include "platform/SettingKeys.h"
 #include "platform/qt/AppearancePalettes.h"
 
 #include <QCoreApplication>
@@ -133,6 +134,26 @@ void PanelFixture::press(int key) {
     QCoreApplication::sendEvent(m_view.get(), &event);
   }
   settle();
+}
+
+void PanelFixture::hold(int key) {
+  QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+  QCoreApplication::sendEvent(m_view.get(), &event);
+  settle();
+}
+
+QQuickItem *PanelFixture::control(const QString &text) const {
+  for (QQuickItem *item : seenItems()) {
+    if (item->inherits("QQuickAbstractButton") && item->property("text").toString() == text) {
+      return item;
+    }
+  }
+  return nullptr;
+}
+
+void PanelFixture::storeCustom(const QString &id, const QString &name) {
+  set(SettingKeys::personaCustoms,
+      QStringLiteral(R"([{"id":"%1","name":"%2","tier":2,"character":"c"}])").arg(id, name));
 }
 
 PetStore::Picture PanelFixture::normal() {

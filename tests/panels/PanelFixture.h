@@ -32,6 +32,12 @@ protected:
   [[nodiscard]] QQuickItem *seen(const char *property, const QVariant &value) const;
   void click(QQuickItem *item);
   void press(int key);
+  /// One press alone, as a key that is held down sends it again and again.
+  void hold(int key);
+  /// The seen control of that text; null when there is none.
+  [[nodiscard]] QQuickItem *control(const QString &text) const;
+  /// Puts one persona of the user's own on the list.
+  void storeCustom(const QString &id, const QString &name);
 
   [[nodiscard]] static PetStore::Picture normal();
   [[nodiscard]] static PetStore::Picture overfull();
