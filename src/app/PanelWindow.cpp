@@ -75,10 +75,20 @@ void PanelWindow::show(const std::optional<QRect> &icon, const std::optional<QPo
   const QRect workArea = screen->availableGeometry();
   m_view->rootObject()->setProperty("screenHeight", workArea.height());
   m_view->setPosition(PanelPlacement::origin(m_view->size(), workArea, anchor));
+  tellWhenDrawn();
   m_view->show();
   m_view->raise();
   m_view->requestActivate();
   QMetaObject::invokeMethod(m_view->rootObject(), "appeared");
+}
+
+void PanelWindow::tellWhenDrawn() {
+  if (m_ground.store.setting().environment().isOne(QStringLiteral("MORVO_DEBUG"))) {
+    connect(
+        m_view.get(), &QQuickWindow::frameSwapped, this,
+        [] { Diagnostics::line(u"PANEL", u"drawn"); },
+        static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection));
+  }
 }
 
 void PanelWindow::close() {

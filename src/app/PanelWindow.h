@@ -52,6 +52,8 @@ public Q_SLOTS:
 private:
   [[nodiscard]] bool load();
   void closeWhenInactive();
+  /// With `MORVO_DEBUG`, the next frame is told of on standard error.
+  void tellWhenDrawn();
 
   Ground m_ground;
   std::unique_ptr<QQuickView> m_view;

@@ -164,9 +164,7 @@ ColumnLayout {
 
                 look: tab.look
             }
-            footer: Item {
-                height: 1
-            }
+            bottomMargin: 1
             delegate: ChatBubble {
                 look: tab.look
                 timelineWidth: timeline.width
