@@ -43,7 +43,10 @@ void QtTrayIcon::create() {
   m_icon->setToolTip(m_toolTip);
   QObject::connect(m_icon.get(), &QSystemTrayIcon::activated, m_icon.get(),
                    [this](QSystemTrayIcon::ActivationReason reason) {
-                     if (reason == QSystemTrayIcon::Trigger && m_activated) {
+                     // The second of two quick clicks comes as a double click alone.
+                     const bool isClick = reason == QSystemTrayIcon::Trigger ||
+                                          reason == QSystemTrayIcon::DoubleClick;
+                     if (isClick && m_activated) {
                        m_activated();
                      }
                    });

@@ -1,0 +1,152 @@
+"""The panel of the running program, in real windows on a private desktop, with a real pointer."""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "script"))
+
+from private_desktop import Desktop, Lines, wait_for  # noqa: E402
+
+PROGRAM = os.environ["MORVO_PROGRAM"]
+DEADLINE = 60.0
+PANEL_WIDTH = 340
+# The theme's colour in the dark appearance; only a button that can be pressed has it in full.
+THEME = bytes((86, 224, 194))
+BUTTON = (100, 16)  # Points that the ground of such a button covers at the least.
+
+
+class PanelTest(unittest.TestCase):
+    def setUp(self):
+        self.desktop = Desktop()
+        self.addCleanup(self.desktop.end)
+        self.desktop.begin()
+        self.home = self.desktop.home
+        self.desktop.environment.update(MORVO_DEBUG="1", MORVO_SKIP_UPDATE_CHECK="1")
+        settings = self.home / ".config" / "morvobar" / "settings.ini"
+        settings.parent.mkdir(parents=True)
+        settings.write_text("[General]\nmorvo.set.appearance=dark\n"
+                            "morvo.set.desktopPet=false\n")
+
+    def start(self):
+        self.program = self.desktop.start(PROGRAM, stderr=subprocess.PIPE, text=True,
+                                          encoding="utf-8", errors="replace")
+        self.lines = Lines(self.program.stderr)
+        self.lines.wait("the inbox watcher", "[INBOX] watcher started", DEADLINE)
+        wait_for("the tray icon", lambda: self.icon() is not None, DEADLINE)
+
+    def do(self, *words):
+        return self.desktop.run("xdotool", *(str(word) for word in words)).stdout
+
+    def geometry(self, window):
+        told = self.do("getwindowgeometry", "--shell", window)
+        values = dict(line.split("=") for line in told.splitlines() if "=" in line)
+        return tuple(int(values.get(name, 0)) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def windows(self):
+        found = self.do("search", "--onlyvisible", "--class", "morvobar").split()
+        return [self.geometry(window) for window in found]
+
+    def icon(self):
+        """The centre of the icon in the tray."""
+        for x, y, width, height in self.windows():
+            if 8 <= width <= 32 and 8 <= height <= 32 and y < 28:
+                return x + width // 2, y + height // 2
+        return None
+
+    def panel(self):
+        return next((window for window in self.windows() if window[2] == PANEL_WIDTH), None)
+
+    def click(self, x, y):
+        self.do("mousemove", x, y, "click", 1)
+
+    def click_icon(self):
+        self.click(*self.icon())
+
+    def open_panel(self):
+        self.click_icon()
+        wait_for("the panel", lambda: self.panel() is not None, DEADLINE)
+        wait_for("the keyboard in the panel", lambda: self.geometry(
+            self.do("getactivewindow").strip() or "0")[2] == PANEL_WIDTH, DEADLINE)
+
+    def assert_closes(self):
+        wait_for("the end of the panel", lambda: self.panel() is None, DEADLINE)
+
+    def button(self):
+        """The centre of the panel's button in the theme's colour, if there is one."""
+        x, y, width, height = self.panel()
+        shot = subprocess.run(
+            ["import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "+repage",
+             "-depth", "8", "rgb:-"], env=self.desktop.environment, capture_output=True,
+            timeout=DEADLINE, check=True).stdout
+        wanted = THEME * BUTTON[0]
+        rows = []
+        for row in range(height):
+            line = shot[3 * width * row:3 * width * (row + 1)]
+            at = line.find(wanted)
+            if at >= 0 and at % 3 == 0:
+                rows.append((at // 3, row))
+        if len(rows) < BUTTON[1] // 2:
+            return None
+        return x + rows[0][0] + BUTTON[0] // 2, y + rows[0][1] + BUTTON[1] // 2
+
+    def test_a_click_on_the_icon_opens_the_panel_and_a_second_closes_it(self):
+        self.start()
+        for _ in range(2):
+            self.open_panel()
+            x, y, width, height = self.panel()
+            self.assertGreaterEqual(y, 28)
+            self.assertLessEqual(x + width, 1280)
+            self.assertLessEqual(y + height, 800)
+            self.click_icon()
+            self.assert_closes()
+            time.sleep(0.5)  # What would come up again would be there by now.
+            self.assertIsNone(self.panel())
+
+    def test_a_click_elsewhere_closes_the_panel(self):
+        self.start()
+        other = self.desktop.start("xmessage", "-geometry", "300x200+40+400", "hello")
+        wait_for("another window", lambda: self.do("search", "--onlyvisible", "--class",
+                                                   "Xmessage"), DEADLINE)
+        self.open_panel()
+        self.click(200, 420)
+        self.assert_closes()
+        self.assertIsNone(other.poll())
+        self.open_panel()
+
+    def test_escape_closes_the_panel(self):
+        self.start()
+        self.open_panel()
+        self.do("key", "Escape")
+        self.assert_closes()
+        self.open_panel()
+
+    def test_a_click_on_approve_lets_claude_go_on(self):
+        self.assertEqual(self.desktop.run(PROGRAM, "connect", "claude").returncode, 0)
+        self.start()
+        folder = self.home / ".morvo"
+        script = self.desktop.start("/bin/sh", str(folder / "perm.sh"), "claude",
+                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        script.stdin.write(json.dumps({
+            "hook_event_name": "PreToolUse", "tool_name": "Bash",
+            "tool_input": {"command": "make 测试"}}).encode())
+        script.stdin.close()
+        self.lines.wait("the request", "[INBOX] line parsed, signals=1", DEADLINE)
+        self.open_panel()
+        wait_for("a button that approves", lambda: self.button() is not None, DEADLINE)
+        self.assertIsNone(script.poll())
+        self.click(*self.button())
+        answer = json.loads(script.stdout.read())["hookSpecificOutput"]
+        script.stdout.close()
+        self.assertEqual(script.wait(DEADLINE), 0)
+        self.assertEqual(answer["permissionDecision"], "allow")
+        wait_for("the end of the card", lambda: self.button() is None, DEADLINE)
+        self.assertEqual(list((folder / "decisions").iterdir()), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
