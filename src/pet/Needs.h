@@ -1,5 +1,9 @@
 #pragma once
 
+#include <QJsonObject>
+
+#include <optional>
+
 namespace morvo {
 
 /// The pet's bodily state, each from 0 to 100. Lives only in memory: every launch begins with
@@ -13,5 +17,9 @@ struct Needs {
 
   bool operator==(const Needs &) const = default;
 };
+
+/// Nothing unless all four are there and numbers. They are taken as they are, also beyond 0 to 100.
+[[nodiscard]] std::optional<Needs> needsFromJson(const QJsonObject &json);
+[[nodiscard]] QJsonObject toJson(const Needs &needs);
 
 } // namespace morvo
