@@ -23,6 +23,9 @@ constexpr qsizetype fewestThinned = 12;
 constexpr int mostSide = 512;
 /// From larger ones only so many pixels are looked at.
 constexpr int mostSmoothSide = 4 * mostSide;
+/// Pixels that are decoded for the icons of one pet: a hundred frames of the usual canvas, or one
+/// of the largest that are opened at all. More would hold up the start for seconds.
+constexpr qint64 mostPixels = FrameFile::mostBytes / 4;
 /// Air around the content, in fractions of the frame.
 constexpr double air = 0.06;
 
@@ -38,10 +41,32 @@ QRect cropOf(const QImage &image, const QRectF &bbox) {
       .intersected(image.rect());
 }
 
-/// A frame no larger than it takes to tell its cells; null when it is no sound picture.
-QImage decoded(const QString &file) {
-  // The probe also keeps from opening what is no regular file.
-  QImage image = FrameFile::probe(file) ? FrameFile::decode(file) : QImage();
+qint64 pixelsOf(const SpriteFrame &frame) {
+  return static_cast<qint64>(frame.size.width() * frame.size.height());
+}
+
+/// Every so manieth of the frames that their pixels stay within `mostPixels`, and none beyond.
+std::vector<SpriteFrame> affordable(const std::vector<SpriteFrame> &frames) {
+  qint64 pixels = 0;
+  for (const auto &frame : frames) {
+    pixels += pixelsOf(frame);
+  }
+  const auto each = static_cast<std::size_t>(std::max<qint64>((pixels - 1) / mostPixels + 1, 1));
+  std::vector<SpriteFrame> kept;
+  qint64 left = mostPixels;
+  for (std::size_t index = 0; index < frames.size(); index += each) {
+    const auto &frame = frames.at(index);
+    if (pixelsOf(frame) <= left) {
+      left -= pixelsOf(frame);
+      kept.push_back(frame);
+    }
+  }
+  return kept;
+}
+
+/// A frame no larger than it takes to tell its cells; null when it cannot be decoded.
+QImage decoded(const SpriteFrame &frame) {
+  QImage image = FrameFile::decode(frame.path);
   if (std::max(image.width(), image.height()) > mostSmoothSide) {
     // Smoothing makes a copy of all pixels first.
     image = image.scaled(mostSmoothSide, mostSmoothSide, Qt::KeepAspectRatio);
@@ -92,11 +117,18 @@ std::vector<QImage> MenubarFrames::idle(const QString &personaId, int px, double
 
 std::vector<QImage> MenubarFrames::cells(const QString &personaId) const {
   const QStringList files = frameURLs(personaId);
+  std::vector<SpriteFrame> frames;
+  for (qsizetype index = 0; index < files.size(); index += step(files.size())) {
+    // The probe also keeps from opening what is no regular file.
+    if (auto frame = FrameFile::probe(files.at(index))) {
+      frames.push_back(std::move(*frame));
+    }
+  }
   std::vector<QImage> images;
   std::optional<QRectF> bbox;
-  for (qsizetype index = 0; index < files.size(); index += step(files.size())) {
+  for (const auto &frame : affordable(frames)) {
     // One at a time: what is kept of each is small.
-    QImage image = decoded(files.at(index));
+    QImage image = decoded(frame);
     if (!image.isNull()) {
       bbox = AlphaBounds::united(bbox, AlphaBounds::normalised(image, contentScanSide));
       images.push_back(std::move(image));

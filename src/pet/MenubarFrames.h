@@ -29,7 +29,8 @@ public:
   [[nodiscard]] static QImage cropAndFit(const QImage &image, const QRectF &bbox, int px, int grid,
                                          double devicePixelRatio);
 
-  /// The icons' cells, one pixel each, made from the frames by decoding them.
+  /// The icons' cells, one pixel each, made from the frames by decoding them. Frames that together
+  /// are too large to be decoded soon become fewer icons.
   [[nodiscard]] std::vector<QImage> cells(const QString &personaId) const;
   /// Where the build leaves the cells of a built-in pet as 0.png, 1.png, …, so that no start of the
   /// program decodes the frames for them. Used while no "idle" of the user's takes its place.

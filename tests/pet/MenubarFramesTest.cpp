@@ -134,6 +134,48 @@ TEST(MenubarFramesTest, aLargeFrameGivesTheIconOfTheSameFrameInSmall) {
   }
 }
 
+struct LargeRow {
+  int frames;
+  QSize size;
+  std::size_t icons;
+};
+
+class LargeFramesTest : public testing::TestWithParam<LargeRow> {};
+
+TEST_P(LargeFramesTest, areThinnedUntilTheyAreDecodedSoon) {
+  const PetFolder folder;
+  const QString idleFolder = folder.stateFolder(pet, idle);
+  QImage large(GetParam().size, QImage::Format_Mono);
+  large.fill(0);
+  PetFolder::save(large, idleFolder + QStringLiteral("/1.png"));
+  for (int index = 2; index <= GetParam().frames; ++index) {
+    ASSERT_TRUE(QFile::copy(idleFolder + QStringLiteral("/1.png"),
+                            idleFolder + u'/' + QString::number(index) + QStringLiteral(".png")));
+  }
+  MenubarFrames frames(folder.files());
+  EXPECT_EQ(frames.cells(pet).size(), GetParam().icons);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LargeFramesTest,
+                         testing::Values(LargeRow{23, {1024, 1024}, 23},
+                                         LargeRow{23, {5700, 5700}, 1},
+                                         LargeRow{12, {4096, 2048}, 4},
+                                         LargeRow{11, {4096, 2048}, 4},
+                                         LargeRow{5, {4096, 2048}, 3}));
+
+TEST(MenubarFramesTest, oneLargeFrameAmongSmallOnesIsLeftOut) {
+  const PetFolder folder;
+  const QString idleFolder = folder.stateFolder(pet, idle);
+  PetFolder::fill(idleFolder, 4);
+  QImage large(5700, 5700, QImage::Format_Mono);
+  large.fill(0);
+  for (const int index : {5, 6, 7}) {
+    PetFolder::save(large, idleFolder + u'/' + QString::number(index) + QStringLiteral(".png"));
+  }
+  MenubarFrames frames(folder.files());
+  EXPECT_THAT(frames.cells(pet), testing::SizeIs(testing::Le(3)));
+}
+
 TEST(MenubarFramesTest, aFolderOfNoPicturesHasNoIcons) {
   const PetFolder folder;
   const QString idleFolder = folder.stateFolder(pet, idle);
