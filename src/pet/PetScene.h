@@ -165,6 +165,8 @@ private:
   void startBreath(const PetPack::MotionProfile &motion, double period);
   void startBob(const PetPack::MotionProfile &motion, double period);
   void startSway(const PetPack::MotionProfile &motion, double period);
+  /// Keeps a body that is held, thrown or walking in its pose while life begins anew.
+  void holdOn();
   [[nodiscard]] bool isTired() const;
   void standUpright(double overSeconds, Arc arc = Arc::shortest);
   /// Ends a gesture of `lifeNode` and what it has done to its place.

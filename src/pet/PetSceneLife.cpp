@@ -75,6 +75,19 @@ void PetScene::startLife() {
   putInPlace();
   startBob(motion, period);
   startSway(motion, period);
+  holdOn();
+}
+
+void PetScene::holdOn() {
+  // Of two actions on one property the later wins: begun anew, they stay above the new life.
+  for (const QString &key : {Keys::lifeGaitLean, Keys::lifeDizzy, Keys::lifeCarry}) {
+    if (const auto held = m_lifeNode->actionForKey(key)) {
+      m_lifeNode->run(*held, key);
+    }
+  }
+  if (const auto squash = m_breathNode->actionForKey(Keys::lifeCarrySquash)) {
+    m_breathNode->run(*squash, Keys::lifeCarrySquash);
+  }
 }
 
 void PetScene::startBreath(const PetPack::MotionProfile &motion, double period) {

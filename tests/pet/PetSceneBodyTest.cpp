@@ -95,6 +95,60 @@ TEST_F(PetSceneBodyTest, tiltAndSquashHoldWhileThePetIsCarriedThoughItSways) {
   EXPECT_NEAR(extreme(20, [this] { return degrees(m_scene.lifeNode()); }), 6, 0.01);
 }
 
+struct NewLifeRow {
+  const char *motion;
+  double sway;
+};
+
+class NewLifeTest : public PetSceneBodyTest, public testing::WithParamInterface<NewLifeRow> {};
+
+TEST_P(NewLifeTest, leavesTheCarriedPetTiltedAndSquashed) {
+  frames(idle, 2);
+  present(GetParam().motion);
+  m_scene.setCarried(true, 320);
+  pass(0.5);
+  m_scene.setMood(QStringLiteral("happy"));
+  pass(0.12);
+  for (int step = 0; step < 40; ++step) {
+    ASSERT_DOUBLE_EQ(m_scene.lifeNode().rotation(), -0.2) << step;
+    ASSERT_DOUBLE_EQ(m_scene.breathNode().yScale(), 0.94) << step;
+    pass(0.07);
+  }
+  m_scene.setCarried(false, 0);
+  EXPECT_NEAR(extreme(20, [this] { return degrees(m_scene.lifeNode()); }), GetParam().sway, 0.01);
+}
+
+TEST_P(NewLifeTest, leavesTheWalkingPetLeaning) {
+  frames(idle, 2);
+  present(GetParam().motion);
+  m_scene.beginGait(1);
+  pass(0.5);
+  m_scene.setMood(QStringLiteral("happy"));
+  pass(0.25);
+  for (int step = 0; step < 40; ++step) {
+    ASSERT_NEAR(degrees(m_scene.lifeNode()), -4, 1e-9) << step;
+    pass(0.07);
+  }
+}
+
+TEST_P(NewLifeTest, leavesTheFlyingPetWobbling) {
+  frames(idle, 2);
+  present(GetParam().motion);
+  m_scene.setTossed(true);
+  pass(0.5);
+  m_scene.setMood(QStringLiteral("happy"));
+  pass(0.12);
+  for (int step = 0; step < 10; ++step) {
+    ASSERT_NEAR(m_scene.lifeNode().rotation(), step % 2 == 0 ? 0.22 : -0.22, 1e-9) << step;
+    pass(0.12);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, NewLifeTest,
+    testing::Values(NewLifeRow{R"({"motion":{"style":"floaty","swayDegrees":6}})", 6},
+                    NewLifeRow{R"({"motion":{"swayDegrees":0}})", 0}));
+
 TEST_F(PetSceneBodyTest, theLeanOfAWalkHoldsThoughThePetSways) {
   frames(idle, 2);
   present(R"({"motion":{"style":"floaty"}})");
