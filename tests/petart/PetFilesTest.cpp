@@ -84,7 +84,10 @@ TEST_P(PetFilesTest, AnswersTheAgentsAndTheHand) {
   const PetPack pet = pack();
   EXPECT_EQ(pet.actionID(PetEventKind::agentDone), QStringLiteral("celebrate"));
   EXPECT_EQ(pet.actionID(PetEventKind::agentNeedsInput), QStringLiteral("alert"));
-  EXPECT_TRUE(pet.actionID(PetEventKind::agentRunning));
+  const auto running = pet.actionID(PetEventKind::agentRunning);
+  ASSERT_TRUE(running);
+  // A loop would go on until the next one-shot, and an agent that dies never tells its end.
+  EXPECT_TRUE(PetVitals::isOneshotOnlyFrameSet(pet.frameSet(*running), pet));
   EXPECT_EQ(pet.actionID(PetEventKind::userPet), QStringLiteral("petted"));
   EXPECT_EQ(pet.lineBucketFor(PetEventKind::agentDone), LineBucket::done);
   EXPECT_EQ(pet.lineBucketFor(PetEventKind::agentNeedsInput), LineBucket::needsInput);
