@@ -120,16 +120,31 @@ QCoro::Task<> PetStore::cloudLoop(std::stop_token stop) {
 QCoro::Task<> PetStore::fleetLoop(std::stop_token stop) {
   bool running = co_await m_parts.scheduler.sleep(Duration::zero(), stop);
   while (running) {
-    std::vector<FleetSession> sessions;
-    if (m_parts.fleet && m_parts.setting.boolean(SettingKeys::fleet, false)) {
-      sessions = co_await m_parts.fleet->scan();
-      if (stop.stop_requested()) {
-        co_return;
-      }
+    if (!followsFleet()) {
+      m_fleet = std::vector<FleetSession>();
+    } else if (!m_scansFleet) {
+      scanFleet(stop);
     }
-    m_fleet = std::move(sessions);
     refreshAttention();
     running = co_await m_parts.scheduler.sleep(fleetPeriod, stop);
+  }
+}
+
+bool PetStore::followsFleet() const {
+  return m_parts.fleet && m_parts.setting.boolean(SettingKeys::fleet, false);
+}
+
+/// Beside the loop: a disk that hangs must neither keep old news nor what was switched off.
+QCoro::Task<> PetStore::scanFleet(std::stop_token stop) {
+  m_scansFleet = true;
+  std::vector<FleetSession> sessions = co_await m_parts.fleet->scan();
+  if (stop.stop_requested()) {
+    co_return;
+  }
+  m_scansFleet = false;
+  if (followsFleet()) {
+    m_fleet = std::move(sessions);
+    refreshAttention();
   }
 }
 

@@ -338,6 +338,8 @@ private:
 
   QCoro::Task<> cloudLoop(std::stop_token stop);
   QCoro::Task<> fleetLoop(std::stop_token stop);
+  [[nodiscard]] bool followsFleet() const;
+  QCoro::Task<> scanFleet(std::stop_token stop);
   QCoro::Task<> energyLoop(std::stop_token stop);
   QCoro::Task<> usageLoop(std::stop_token stop);
   void publish(std::vector<DetectedAgent> agents);
@@ -434,6 +436,7 @@ private:
   Scheduler::Timer m_demoTap;
   std::optional<Instant> m_lastPetTap; ///< None: long ago.
   bool m_bootstrapped = false;
+  bool m_scansFleet = false;
 };
 
 } // namespace morvo

@@ -85,6 +85,50 @@ TEST_F(PetStoreLoopsTest, TheFleetIsScannedOnlyWhileTheSettingIsOn) {
   EXPECT_FALSE(m_body.quietMode);
 }
 
+TEST_F(PetStoreLoopsTest, AFleetScanThatHangsNeitherKeepsOldNewsNorIsBegunTwice) {
+  test::ManualScheduler stuck(m_clock);
+  set(SettingKeys::fleet, true);
+  m_fleet.gate = &stuck;
+  start();
+  sendAgent(QStringLiteral("done"));
+  advance(192s);
+  EXPECT_EQ(m_fleet.scans, 1);
+  EXPECT_FALSE(m_store->recentDone().has_value());
+  m_store.reset();
+}
+
+TEST_F(PetStoreLoopsTest, SwitchedOffDuringAScanThatHangsTheFleetIsEmptyFromTheNextRoundOn) {
+  m_fleet.sessions = {{.id = QStringLiteral("a"), .status = FleetStatus::running}};
+  set(SettingKeys::fleet, true);
+  start();
+  ASSERT_EQ(m_store->fleet().size(), 1U);
+  test::ManualScheduler stuck(m_clock);
+  m_fleet.gate = &stuck;
+  advance(12s);
+  EXPECT_EQ(m_store->fleet().size(), 1U) << "what is known stands while a scan runs";
+  set(SettingKeys::fleet, false);
+  advance(12s);
+  EXPECT_TRUE(m_store->fleet().empty());
+  EXPECT_FALSE(m_body.quietMode);
+  stuck.advance(1s);
+  EXPECT_TRUE(m_store->fleet().empty()) << "a late scan brought it back";
+}
+
+TEST_F(PetStoreLoopsTest, AFleetScanThatEndsLateIsShownAtItsEnd) {
+  m_fleet.sessions = {{.id = QStringLiteral("a"), .status = FleetStatus::running}};
+  test::ManualScheduler stuck(m_clock);
+  m_fleet.gate = &stuck;
+  set(SettingKeys::fleet, true);
+  start();
+  EXPECT_TRUE(m_store->fleet().empty());
+  stuck.advance(1s);
+  EXPECT_EQ(m_store->fleet().size(), 1U);
+  EXPECT_TRUE(m_body.quietMode);
+  m_fleet.gate = nullptr;
+  advance(12s);
+  EXPECT_EQ(m_fleet.scans, 2);
+}
+
 TEST_F(PetStoreLoopsTest, TheFleetLoopRefreshesAttentionEachTwelveSeconds) {
   start();
   sendAgent(QStringLiteral("done"));
