@@ -61,6 +61,7 @@ QCoro::Task<> PetStore::scanSourcesOnly(bool deep) {
   const std::vector<DetectedAgent> agents = co_await m_parts.usage->present();
   if (!stop.stop_requested()) {
     publish(agents);
+    refreshAttention();
   }
 }
 

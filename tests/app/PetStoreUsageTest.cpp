@@ -88,6 +88,14 @@ TEST_F(PetStoreUsageTest, AShallowLookPublishesTheAgentsAndReadsNoLog) {
   EXPECT_TRUE(m_cloud.posted.isEmpty());
 }
 
+TEST_F(PetStoreUsageTest, AfterAShallowLookAttentionIsRefreshed) {
+  start();
+  m_usage.agentsThere = {claude(85)};
+  m_store->scanSourcesOnly(false);
+  ASSERT_EQ(m_store->sourceLoads().size(), 1U);
+  EXPECT_EQ(m_store->attentionItems().front().id, u"quota-claude"_s);
+}
+
 TEST_F(PetStoreUsageTest, ADeepLookIsACaptureWhateverTheSettingSays) {
   start();
   m_usage.result.agents = {codex()};
