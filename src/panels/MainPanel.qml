@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Morvo.Panels
 
 // The panel by the tray icon. It shows what the store publishes and hands every action back.

@@ -143,6 +143,7 @@ ColumnLayout {
         PanelLabel {
             Layout.fillWidth: true
             Layout.topMargin: -4
+            Layout.rightMargin: 44
             look: tab.look
             size: 9
             text: "5 小时窗与一周窗。有官方百分比就显示进度条；下方 token 为本机日志累计。"

@@ -53,7 +53,7 @@ PanelCard {
             symbol: "chevron.down"
             symbolSize: 10
             symbolLast: true
-            onClicked: menu.visible ? menu.close() : menu.popup(opener, 0, opener.height + 4)
+            onClicked: menu.visible ? menu.close() : menu.popup(opener, opener.width - menu.width, opener.height + 4)
 
             Accessible.role: Accessible.ButtonMenu
             Accessible.name: "形象 " + personas.current

@@ -33,9 +33,16 @@ void collect(QQuickItem *item, QList<QQuickItem *> &items) {
   }
 }
 
+void judge(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text) {
+  if (type != QtDebugMsg && type != QtInfoMsg) {
+    ADD_FAILURE() << text.toStdString();
+  }
+}
+
 } // namespace
 
 PanelFixture::PanelFixture() {
+  qInstallMessageHandler(judge);
   QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
   QQuickStyle::setStyle(QStringLiteral("Basic"));
   QFont font = QGuiApplication::font();
@@ -43,7 +50,10 @@ PanelFixture::PanelFixture() {
   QGuiApplication::setFont(font);
 }
 
-PanelFixture::~PanelFixture() { m_view.reset(); }
+PanelFixture::~PanelFixture() {
+  m_view.reset();
+  qInstallMessageHandler(nullptr);
+}
 
 void PanelFixture::open() {
   AppearancePalettes::apply(

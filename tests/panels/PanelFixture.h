@@ -13,6 +13,7 @@ namespace morvo::test {
 /// The main panel on a store of fakes, drawn off screen.
 class PanelFixture : public StoreFixture {
 protected:
+  /// What Qt Quick complains of fails the test.
   PanelFixture();
   ~PanelFixture() override;
 
