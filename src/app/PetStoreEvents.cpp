@@ -18,8 +18,12 @@ bool isAnswerablePermission(const QJsonObject &signal) {
   return isPermission(signal) && signal.value(u"id").isString();
 }
 
-QString textOr(const QJsonValue &value, const QString &fallback) {
-  return value.isString() ? value.toString() : fallback;
+/// Characters of a name or a label that are kept: they are only ever shown, and anyone may write
+/// megabytes of them into the inbox.
+constexpr qsizetype longestName = 200;
+
+QString nameOr(const QJsonValue &value, const QString &fallback) {
+  return value.isString() ? VisibleText::shortened(value.toString(), longestName) : fallback;
 }
 
 } // namespace
@@ -53,10 +57,11 @@ void PetStore::handleHookSignals(const QList<QJsonObject> &signals) {
 }
 
 void PetStore::handleApproval(const QJsonObject &request) {
-  const QString tool = textOr(request.value(u"tool"), QStringLiteral("?"));
-  m_pendingApproval = PermRequest{.id = request.value(u"id").toString(),
-                                  .tool = tool,
-                                  .summary = request.value(u"summary").toString()};
+  const QString tool = nameOr(request.value(u"tool"), QStringLiteral("?"));
+  m_pendingApproval = PermRequest{
+      .id = request.value(u"id").toString(),
+      .tool = tool,
+      .summary = request.value(u"summary").toString().left(PermRequest::longestSummary + 1)};
   m_parts.body.react(QStringLiteral("alert"));
   const bool hasLines = m_linePack && !m_linePack->needsInput.isEmpty();
   const QString line = hasLines ? LocalBrain::randomLine(m_linePack->needsInput, m_parts.random)
@@ -72,21 +77,21 @@ void PetStore::handleReaction(const LocalBrain::Reaction &reaction,
   if (!reaction.event) {
     return;
   }
-  const QString agent = textOr(agentSignal.value(u"provider"), QStringLiteral("agent"));
+  const QString agent = nameOr(agentSignal.value(u"provider"), QStringLiteral("agent"));
   const QJsonValue label = agentSignal.value(u"label");
   QString standardLine;
   QString suffix;
   int priority = ProactiveGate::needsUserPriority;
   switch (*reaction.event) {
   case PetEventKind::agentDone:
-    m_recentDone = RecentDone{agent, textOr(label, {}), m_parts.clock.instant()};
+    m_recentDone = RecentDone{agent, nameOr(label, {}), m_parts.clock.instant()};
     standardLine = QStringLiteral("完成了。");
     suffix = QStringLiteral("·任务完成");
     priority = ProactiveGate::donePriority;
     break;
   case PetEventKind::agentNeedsInput:
     m_softConfirm =
-        SoftConfirm{agent, textOr(label, QStringLiteral("需要你拍板")), m_parts.clock.instant()};
+        SoftConfirm{agent, nameOr(label, QStringLiteral("需要你拍板")), m_parts.clock.instant()};
     [[fallthrough]];
   case PetEventKind::approvalRequest:
     standardLine = QStringLiteral("停下来等你了。");

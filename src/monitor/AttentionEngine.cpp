@@ -1,5 +1,6 @@
 #include "monitor/AttentionEngine.h"
 
+#include "base/VisibleText.h"
 #include "pet/PetVitals.h"
 
 #include <algorithm>
@@ -12,6 +13,8 @@ namespace {
 /// From this percentage on a quota counts as tight.
 constexpr int pressurePct = 70;
 constexpr int fullPct = 100;
+/// Characters of a detail; a headline is one of them.
+constexpr qsizetype longestDetail = 1000;
 
 const QString calmHeadline = QStringLiteral("都安静 · 没有要你拍板的事");
 
@@ -26,7 +29,8 @@ AttentionItem confirmItem(const AttentionSnapshot::PendingConfirm &pending) {
   return {.id = QStringLiteral("confirm"),
           .kind = AttentionKind::needsConfirm,
           .title = QStringLiteral("等你确认"),
-          .detail = pending.agent + QStringLiteral("：") + pending.summary,
+          .detail = VisibleText::shortened(pending.agent + QStringLiteral("：") + pending.summary,
+                                           longestDetail),
           .agentName = pending.agent};
 }
 
@@ -34,8 +38,9 @@ AttentionItem doneItem(const AttentionSnapshot::RecentDone &done) {
   return {.id = QStringLiteral("done-") + done.agent,
           .kind = AttentionKind::agentDone,
           .title = QStringLiteral("刚完成"),
-          .detail =
+          .detail = VisibleText::shortened(
               done.label.isEmpty() ? done.agent : done.agent + QStringLiteral(" · ") + done.label,
+              longestDetail),
           .agentName = done.agent};
 }
 
@@ -117,6 +122,10 @@ std::vector<SourceLoad> sourceLoads(const std::vector<DetectedAgent> &agents,
   return loads;
 }
 
+bool comesBefore(const AttentionItem &left, const AttentionItem &right) {
+  return std::tie(left.kind, left.id) < std::tie(right.kind, right.id);
+}
+
 std::vector<AttentionItem> rank(const AttentionSnapshot &snapshot) {
   std::vector<AttentionItem> items;
   if (snapshot.pendingConfirm) {
@@ -134,9 +143,7 @@ std::vector<AttentionItem> rank(const AttentionSnapshot &snapshot) {
   if (items.empty()) {
     items.push_back(calmItem());
   }
-  std::ranges::stable_sort(items, [](const AttentionItem &left, const AttentionItem &right) {
-    return std::tie(left.kind, left.id) < std::tie(right.kind, right.id);
-  });
+  std::ranges::stable_sort(items, comesBefore);
   return items;
 }
 

@@ -26,8 +26,11 @@ using LearnedPct = std::function<int(std::int64_t windowTokens)>;
 [[nodiscard]] std::vector<SourceLoad> sourceLoads(const std::vector<DetectedAgent> &agents,
                                                   const LearnedPct &learnedPct);
 
-/// The items by importance, those of one kind by their id; never empty: when nothing deserves the
-/// eye, one item says so. Makes no items of the kinds `running` and `connectorGap`.
+/// The order of the items: by importance, those of one kind by their id.
+[[nodiscard]] bool comesBefore(const AttentionItem &left, const AttentionItem &right);
+
+/// The items in that order; never empty: when nothing deserves the eye, one item says so. Makes no
+/// items of the kinds `running` and `connectorGap`.
 [[nodiscard]] std::vector<AttentionItem> rank(const AttentionSnapshot &snapshot);
 
 /// One line for the first of the items.

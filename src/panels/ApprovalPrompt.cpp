@@ -8,6 +8,9 @@
 namespace morvo {
 namespace {
 
+/// The first frame that comes may have been begun before the card stood.
+constexpr int framesToBeSeen = 2;
+
 /// Every key that presses a button.
 bool isAnswerKey(int key) {
   return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space ||
@@ -29,12 +32,13 @@ void ApprovalPrompt::setStore(PetStore *store) {
   if (m_store != nullptr) {
     connect(m_store, &PetStore::pendingApprovalChanged, this, [this] {
       Q_EMIT requestChanged();
-      awaitFrame();
+      awaitFrames();
     });
+    connect(m_store, &QObject::destroyed, this, &ApprovalPrompt::forgetStore);
   }
   Q_EMIT storeChanged();
   Q_EMIT requestChanged();
-  awaitFrame();
+  awaitFrames();
   watchFocus();
 }
 
@@ -48,11 +52,26 @@ void ApprovalPrompt::setWindow(QQuickWindow *window) {
   m_window = window;
   if (m_window != nullptr) {
     connect(m_window, &QQuickWindow::frameSwapped, this, &ApprovalPrompt::frameShown);
-    connect(m_window, &QWindow::visibleChanged, this, &ApprovalPrompt::awaitFrame);
+    connect(m_window, &QWindow::visibleChanged, this, &ApprovalPrompt::awaitFrames);
     connect(m_window, &QWindow::activeChanged, this, &ApprovalPrompt::watchFocus);
   }
   Q_EMIT windowChanged();
-  awaitFrame();
+  awaitFrames();
+  watchFocus();
+}
+
+void ApprovalPrompt::setCardShown(bool shown) {
+  if (std::exchange(m_cardShown, shown) != shown) {
+    Q_EMIT cardShownChanged();
+    awaitFrames();
+  }
+}
+
+/// The store is gone, and with it what waits.
+void ApprovalPrompt::forgetStore() {
+  Q_EMIT storeChanged();
+  Q_EMIT requestChanged();
+  awaitFrames();
   watchFocus();
 }
 
@@ -72,8 +91,7 @@ QString ApprovalPrompt::summary() const {
   const QString whole = request().value_or(PermRequest()).summary;
   QString shown = VisibleText::of(whole.first(std::min(whole.size(), longestSummary)));
   if (whole.size() > longestSummary) {
-    shown += QStringLiteral("\n……后面还有 %1 个字没有显示，不能在这里批准")
-                 .arg(whole.size() - longestSummary);
+    shown += QStringLiteral("\n……后面还有没有显示的内容，不能在这里批准");
   }
   return shown;
 }
@@ -108,11 +126,13 @@ void ApprovalPrompt::give(Answer answer) {
   }
 }
 
-/// A new request, or a panel that has come up: the card has yet to be drawn.
-void ApprovalPrompt::awaitFrame() {
+/// A new request, a card that grows, or a panel that has come up: the card has yet to be drawn.
+void ApprovalPrompt::awaitFrames() {
   m_settling.cancel();
-  m_awaitsFrame = isPending() && m_window != nullptr && m_window->isVisible();
-  if (m_awaitsFrame) {
+  const bool isOnScreen =
+      isPending() && m_cardShown && m_window != nullptr && m_window->isVisible();
+  m_awaitedFrames = isOnScreen ? framesToBeSeen : 0;
+  if (isOnScreen) {
     // A request that looks like the one before would draw nothing by itself.
     m_window->update();
   }
@@ -122,7 +142,13 @@ void ApprovalPrompt::awaitFrame() {
 }
 
 void ApprovalPrompt::frameShown() {
-  if (std::exchange(m_awaitsFrame, false)) {
+  if (m_awaitedFrames == 0 || m_store == nullptr) {
+    return;
+  }
+  --m_awaitedFrames;
+  if (m_awaitedFrames > 0) {
+    m_window->update();
+  } else {
     m_settling = m_store->scheduler().after(settleTime, [this] { settle(); });
   }
 }

@@ -14,11 +14,13 @@ namespace morvo {
 /// What the approval card shows, and when it takes an answer.
 ///
 /// An answer counts only when the user has had the time to see what it is given to: the card takes
-/// none before it has stood on the screen, with this very request, for `settleTime`. A key counts
+/// none before it has stood on the screen, whole, with this very request, for `settleTime`. A key
+/// counts
 /// only in the card's own window, active for as long, so that no key meant for another window, held
 /// down or just struck, gives an answer.
 ///
-/// For the card: give it `store` and the `window` it stands in. Texts are plain text, never markup.
+/// For the card: give it `store` and the `window` it stands in, and keep `cardShown` true for as
+/// long as the card stands at its full height. Texts are plain text, never markup.
 /// The buttons are enabled by `rejectable` and `approvable` (a press that begins before is none),
 /// call `reject` and `approve` on a click, and hand their keys to `keyPressed`. They stand in the
 /// Tab order with "拒绝" first, and none of them takes the focus by itself. Escape is the panel's:
@@ -28,6 +30,7 @@ class ApprovalPrompt : public QObject {
   QML_ELEMENT
   Q_PROPERTY(morvo::PetStore *store READ store WRITE setStore NOTIFY storeChanged REQUIRED)
   Q_PROPERTY(QQuickWindow *window READ window WRITE setWindow NOTIFY windowChanged)
+  Q_PROPERTY(bool cardShown READ isCardShown WRITE setCardShown NOTIFY cardShownChanged)
   Q_PROPERTY(bool pending READ isPending NOTIFY requestChanged)
   Q_PROPERTY(QString question READ question NOTIFY requestChanged)
   Q_PROPERTY(QString summary READ summary NOTIFY requestChanged)
@@ -38,11 +41,10 @@ public:
   enum class Answer { Reject, Approve };
   Q_ENUM(Answer)
 
-  /// From the card's first frame on the screen to its first answer.
+  /// From the first frame that shows the card whole to its first answer.
   static constexpr Duration settleTime = std::chrono::milliseconds(500);
-  /// Characters shown of a summary. The scripts' own end at 200; what a stranger wrote beyond this
-  /// is cut off, said to be, and cannot be approved.
-  static constexpr qsizetype longestSummary = 20000;
+  /// Characters shown of a summary; more are cut off, said to be, and cannot be approved.
+  static constexpr qsizetype longestSummary = PermRequest::longestSummary;
 
   explicit ApprovalPrompt(QObject *parent = nullptr);
 
@@ -50,6 +52,9 @@ public:
   void setStore(PetStore *store);
   [[nodiscard]] QQuickWindow *window() const { return m_window; }
   void setWindow(QQuickWindow *window);
+
+  [[nodiscard]] bool isCardShown() const { return m_cardShown; }
+  void setCardShown(bool shown);
 
   /// Whether a request waits, and so whether the card stands in the panel.
   [[nodiscard]] bool isPending() const;
@@ -70,20 +75,24 @@ public:
 Q_SIGNALS:
   void storeChanged();
   void windowChanged();
+  void cardShownChanged();
   void requestChanged();
   void answerableChanged();
 
 private:
-  void awaitFrame();
+  void awaitFrames();
   void frameShown();
   void settle();
   void watchFocus();
   void give(Answer answer);
+  void forgetStore();
   [[nodiscard]] std::optional<PermRequest> request() const;
 
   QPointer<PetStore> m_store;
   QPointer<QQuickWindow> m_window;
-  bool m_awaitsFrame = false;
+  bool m_cardShown = false;
+  /// Frames still to come before the card is sure to be seen.
+  int m_awaitedFrames = 0;
   bool m_isSettled = false;
   bool m_keysCount = false;
   Scheduler::Timer m_settling;

@@ -73,6 +73,7 @@ FocusScope {
 
         store: panel.store
         window: panel.Window.window
+        cardShown: prompt.pending && approval.height >= card.implicitHeight
     }
 
     Rectangle {

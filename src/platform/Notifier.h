@@ -12,7 +12,7 @@ public:
   Notifier(Setting setting, NotificationService &service);
 
   /// Nothing while notifications are off. Where no service takes it, the line
-  /// "[NOTIFY] title — body" goes to standard error.
+  /// "[NOTIFY] title — body" goes to standard error. Texts of thousands of characters are cut.
   void post(const QString &title, const QString &body);
 
 private:

@@ -1,6 +1,6 @@
 #include "app/StoreFixture.h"
 
-#include "platform/SettingKeys.h"
+#include "monitor/InboxReader.h"
 
 #include <QDir>
 #include <QFile>
@@ -116,6 +116,41 @@ TEST_F(PetStoreApprovalTest, WhatWouldNotBeSeenInATitleIsMadeVisible) {
   ASSERT_EQ(m_notifications.shown.size(), 1);
   EXPECT_EQ(m_notifications.shown.front().first,
             QStringLiteral("小沃·等你确认：<b>Bash</b>[U+202E]hs.x[U+000A]"));
+}
+
+TEST_F(PetStoreApprovalTest, ARequestOfMegabytesIsKeptOnlyAsFarAsItIsShown) {
+  start();
+  const QString endless(10 << 20, u'x');
+  sendPermission(requestId, endless, endless);
+  const auto pending = m_store->pendingApproval();
+  ASSERT_TRUE(pending.has_value());
+  EXPECT_EQ(pending->tool, QString(200, u'x') + QStringLiteral("……"));
+  EXPECT_EQ(pending->summary, QString(PermRequest::longestSummary + 1, u'x'));
+  EXPECT_LT(m_store->attentionHeadline().size(), 1100);
+  ASSERT_EQ(m_notifications.shown.size(), 1);
+  EXPECT_LT(m_notifications.shown.front().first.size(), 300);
+  m_store->decideApproval(true);
+  EXPECT_EQ(decision(), R"({"decision":"allow"})");
+}
+
+TEST_F(PetStoreApprovalTest, OfTwoRequestsInOneBatchOfTheInboxTheNewestIsShown) {
+  const QString path = m_folder.filePath(QStringLiteral("inbox.jsonl"));
+  QFile inbox(path);
+  ASSERT_TRUE(inbox.open(QIODevice::WriteOnly));
+  start();
+  InboxReader reader(
+      path, [this](const QList<QJsonObject> &signals, const std::stop_token &) { send(signals); },
+      false, [](std::chrono::milliseconds, const std::stop_token &) {});
+  inbox.write(R"({"kind":"perm","id":"aaaaaaaaaaaa","tool":"Bash","summary":"first"})"
+              "\n"
+              R"({"kind":"perm","id":"bbbbbbbbbbbb","tool":"Edit","summary":"second"})"
+              "\n");
+  inbox.close();
+  reader.drain();
+  EXPECT_EQ(m_store->pendingApproval(), (PermRequest{.id = QStringLiteral("bbbbbbbbbbbb"),
+                                                     .tool = QStringLiteral("Edit"),
+                                                     .summary = QStringLiteral("second")}));
+  EXPECT_EQ(m_body.reactions.size(), 2);
 }
 
 TEST_F(PetStoreApprovalTest, TheSwitchPutsTheHookIntoClaudesSettingsAndTakesItOut) {

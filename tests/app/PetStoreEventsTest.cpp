@@ -156,6 +156,18 @@ TEST_F(PetStoreEventsTest,
   EXPECT_EQ(m_cloud.posted.size(), 2);
 }
 
+TEST_F(PetStoreEventsTest, OfNamesAndLabelsOfMegabytesOnlyTheBeginningIsKept) {
+  start();
+  const QString endless(10 << 20, u'x');
+  const QString kept = QString(200, u'x') + QStringLiteral("……");
+  sendAgent(QStringLiteral("needs_input"), endless, endless);
+  EXPECT_EQ(m_store->softConfirm()->summary, kept);
+  EXPECT_EQ(m_store->softConfirm()->agent, kept);
+  sendAgent(QStringLiteral("done"), endless, endless);
+  EXPECT_EQ(m_store->recentDone()->label, kept);
+  EXPECT_EQ(m_store->recentDone()->agent, kept);
+}
+
 TEST_F(PetStoreEventsTest, AnAgentSignalWithoutAProviderIsCalledAgent) {
   start();
   send({QJsonObject{{QStringLiteral("kind"), QStringLiteral("agent")},

@@ -3,8 +3,16 @@
 #include "app/StoreFixture.h"
 #include "support/RunUntil.h"
 
+#include <QDir>
 #include <QFile>
+#include <QGlyphRun>
 #include <QGuiApplication>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <map>
 
 namespace morvo {
 namespace {
@@ -30,6 +38,7 @@ protected:
     start();
     m_prompt.setStore(m_store.get());
     m_prompt.setWindow(&m_window);
+    m_prompt.setCardShown(true);
   }
 
   void request(const QString &summary = QStringLiteral("ls"),
@@ -41,7 +50,11 @@ protected:
     m_window.show();
     frame();
   }
-  void frame() { Q_EMIT m_window.frameSwapped(); }
+  /// As many frames as it takes until the card is sure to be seen.
+  void frame() {
+    Q_EMIT m_window.frameSwapped();
+    Q_EMIT m_window.frameSwapped();
+  }
   /// The panel's window becomes the active one.
   void focusPanel() {
     m_window.requestActivate();
@@ -75,6 +88,10 @@ TEST_F(ApprovalPromptTest, WithoutARequestThereIsNothingToShowNorToAnswer) {
   EXPECT_FALSE(m_prompt.isApprovable());
   m_prompt.approve();
   m_prompt.reject();
+  EXPECT_TRUE(m_prompt.keyPressed(Answer::Approve, Qt::Key_Return, false));
+  EXPECT_FALSE(QDir(m_folder.filePath(QStringLiteral(".morvo/decisions"))).exists());
+  request();
+  EXPECT_TRUE(m_prompt.isPending()) << "an answer was kept for the next request";
 }
 
 TEST_F(ApprovalPromptTest, ARequestIsAskedAboutInItsOwnWords) {
@@ -91,6 +108,36 @@ TEST_F(ApprovalPromptTest, WhatWouldNotBeSeenIsMadeVisibleAndMarkupStaysText) {
   request(QStringLiteral("echo <b>a</b>\n\u202Erm"), QStringLiteral("Ba%1sh\n\u2066"));
   EXPECT_EQ(m_prompt.question(), QStringLiteral("要批准 Ba%1sh[U+000A][U+2066] 吗？"));
   EXPECT_EQ(m_prompt.summary(), QStringLiteral("echo <b>a</b>\n[U+202E]rm"));
+}
+
+/// The blank-separated words of a line, from left to right as they are drawn.
+QStringList drawnWords(const QString &line) {
+  QTextLayout layout(line);
+  layout.beginLayout();
+  const QTextLine drawn = layout.createLine();
+  layout.endLayout();
+  std::map<qreal, QString> words;
+  qsizetype begin = 0;
+  for (const QString &word : line.split(u' ')) {
+    qreal left = std::numeric_limits<qreal>::max();
+    for (const QGlyphRun &run :
+         drawn.glyphRuns(static_cast<int>(begin), static_cast<int>(word.size()))) {
+      left = std::min(left, run.boundingRect().left());
+    }
+    QString bare = word;
+    words.emplace(left, bare.remove(QChar(0x200E)));
+    begin += word.size() + 1;
+  }
+  QStringList list;
+  std::ranges::transform(words, std::back_inserter(list), &std::pair<const qreal, QString>::second);
+  return list;
+}
+
+TEST_F(ApprovalPromptTest, NoDirectionOfWritingMovesThePartsOfACommand) {
+  const QString command = QStringLiteral("אאא /בבב && rm -r ججج 12 דדד");
+  request(command);
+  EXPECT_NE(drawnWords(command), command.split(u' ')) << "there is nothing to mend";
+  EXPECT_EQ(drawnWords(m_prompt.summary()), command.split(u' '));
 }
 
 TEST_F(ApprovalPromptTest, AClickCountsFromHalfASecondAfterTheCardsFirstFrame) {
@@ -113,6 +160,54 @@ TEST_F(ApprovalPromptTest, AClickCountsFromHalfASecondAfterTheCardsFirstFrame) {
   EXPECT_EQ(decision(), R"({"decision":"allow"})");
   EXPECT_FALSE(m_prompt.isPending());
   EXPECT_FALSE(m_prompt.isApprovable());
+}
+
+TEST_F(ApprovalPromptTest, TheTimeBeginsWhenTheCardStandsAtItsFullHeight) {
+  m_prompt.setCardShown(false);
+  request();
+  showPanel();
+  advance(10s);
+  EXPECT_FALSE(m_prompt.isRejectable());
+  m_prompt.setCardShown(true);
+  advance(10s);
+  EXPECT_FALSE(m_prompt.isRejectable()) << "the whole card has not been drawn";
+  frame();
+  advance(499ms);
+  EXPECT_FALSE(m_prompt.isApprovable());
+  advance(1ms);
+  EXPECT_TRUE(m_prompt.isApprovable());
+}
+
+TEST_F(ApprovalPromptTest, AFrameBegunBeforeTheCardStoodDoesNotCount) {
+  request();
+  m_window.show();
+  Q_EMIT m_window.frameSwapped();
+  advance(10s);
+  EXPECT_FALSE(m_prompt.isApprovable());
+  Q_EMIT m_window.frameSwapped();
+  advance(500ms);
+  EXPECT_TRUE(m_prompt.isApprovable());
+}
+
+TEST_F(ApprovalPromptTest, ACardThatGrowsTakesNoAnswerUntilItStandsAgain) {
+  settleRequest();
+  m_prompt.setCardShown(false);
+  EXPECT_FALSE(m_prompt.isApprovable());
+  m_prompt.approve();
+  EXPECT_EQ(decision(), "<none>");
+  m_prompt.setCardShown(true);
+  frame();
+  advance(500ms);
+  EXPECT_TRUE(m_prompt.isApprovable());
+}
+
+TEST_F(ApprovalPromptTest, TheFramesItWaitsForAreDrawn) {
+  request();
+  m_window.show();
+  ASSERT_TRUE(test::runUntil([this] {
+    advance(500ms);
+    return m_prompt.isApprovable();
+  }));
 }
 
 TEST_F(ApprovalPromptTest, RejectingDenies) {
@@ -249,7 +344,7 @@ TEST_F(ApprovalPromptTest, AnOverlongSummaryIsCutWithAWordAndCannotBeApproved) {
   frame();
   advance(500ms);
   EXPECT_TRUE(
-      m_prompt.summary().endsWith(QStringLiteral("……后面还有 2 个字没有显示，不能在这里批准")));
+      m_prompt.summary().endsWith(QStringLiteral("\n……后面还有没有显示的内容，不能在这里批准")));
   EXPECT_FALSE(m_prompt.isApprovable());
   m_prompt.approve();
   EXPECT_TRUE(m_prompt.isPending());
@@ -269,12 +364,37 @@ TEST_F(ApprovalPromptTest, AStoreThatIsGoneLeavesAnEmptyPrompt) {
   m_window.hide();
 }
 
+TEST_F(ApprovalPromptTest, AStoreThatGoesTellsThatNothingWaitsAnyMore) {
+  settleRequest();
+  int requestChanges = 0;
+  int answerableChanges = 0;
+  QObject::connect(&m_prompt, &ApprovalPrompt::requestChanged,
+                   [&requestChanges] { ++requestChanges; });
+  QObject::connect(&m_prompt, &ApprovalPrompt::answerableChanged,
+                   [&answerableChanges] { ++answerableChanges; });
+  m_store.reset();
+  EXPECT_EQ(requestChanges, 1);
+  EXPECT_EQ(answerableChanges, 1);
+  EXPECT_FALSE(m_prompt.isRejectable());
+}
+
+TEST_F(ApprovalPromptTest, AStoreThatGoesBeforeTheFirstFrameStartsNoTime) {
+  request();
+  m_window.show();
+  m_store.reset();
+  frame();
+  advance(10s);
+  EXPECT_FALSE(m_prompt.isApprovable());
+  EXPECT_FALSE(m_prompt.isPending());
+}
+
 TEST_F(ApprovalPromptTest, AWindowThatIsGoneTakesNoAnswers) {
   request();
   {
     QQuickWindow window;
     m_prompt.setWindow(&window);
     window.show();
+    Q_EMIT window.frameSwapped();
     Q_EMIT window.frameSwapped();
   }
   advance(10s);

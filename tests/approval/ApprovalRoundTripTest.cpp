@@ -24,6 +24,7 @@ protected:
     m_realInbox.start([this](const QList<QJsonObject> &signals) { send(signals); });
     m_prompt.setStore(m_store.get());
     m_prompt.setWindow(&m_window);
+    m_prompt.setCardShown(true);
   }
 
   /// The command that Claude Code finds in its settings for this tool.
@@ -47,6 +48,7 @@ protected:
   void seeRequest(const QString &summary) {
     ASSERT_TRUE(test::runUntil([&] { return m_prompt.summary() == summary; }));
     m_window.show();
+    Q_EMIT m_window.frameSwapped();
     Q_EMIT m_window.frameSwapped();
     advance(ApprovalPrompt::settleTime);
     ASSERT_TRUE(m_prompt.isApprovable());

@@ -199,6 +199,34 @@ TEST(AttentionEngineTest, TheConfirmItemReads) {
                                        .agentName = text("codex")}}));
 }
 
+TEST(AttentionEngineTest, ADetailIsAtMostAThousandCharactersLong) {
+  AttentionSnapshot snapshot;
+  snapshot.pendingConfirm = {.agent = text("a"), .summary = QString(998, u'x')};
+  EXPECT_EQ(AttentionEngine::rank(snapshot).front().detail.size(), 1000);
+  snapshot.pendingConfirm->summary = QString(10 << 20, u'x');
+  snapshot.recentDone = {.agent = text("b"), .label = snapshot.pendingConfirm->summary};
+  const auto items = AttentionEngine::rank(snapshot);
+  EXPECT_EQ(items.front().detail, text("a：") + QString(998, u'x') + text("……"));
+  EXPECT_EQ(AttentionEngine::headline(items), items.front().detail);
+  EXPECT_EQ(items.back().detail, text("b · ") + QString(996, u'x') + text("……"));
+}
+
+TEST(AttentionEngineTest, ItemsStandByTheirKindAndThoseOfOneKindByTheirId) {
+  const auto item = [](AttentionKind kind, const char *id) {
+    return AttentionItem{.id = text(id), .kind = kind};
+  };
+  using Kind = AttentionKind;
+  const std::vector ordered{item(Kind::needsConfirm, "z"),  item(Kind::agentDone, "y"),
+                            item(Kind::quotaPressure, "a"), item(Kind::quotaPressure, "b"),
+                            item(Kind::running, "0"),       item(Kind::connectorGap, "x"),
+                            item(Kind::calm, "calm")};
+  auto items = ordered;
+  std::ranges::reverse(items);
+  std::ranges::stable_sort(items, AttentionEngine::comesBefore);
+  EXPECT_EQ(items, ordered);
+  EXPECT_FALSE(AttentionEngine::comesBefore(items.front(), items.front()));
+}
+
 TEST(AttentionEngineTest, ADoneItemNamesItsLabel) {
   AttentionSnapshot snapshot;
   snapshot.recentDone = {.agent = text("claude"), .label = text("重构")};

@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 
 const QString requestId = QStringLiteral("0123456789ab");
 const QByteArray nothing = QByteArrayLiteral("<none>");
+constexpr int gaps = 22; // Within the card and beneath it.
 constexpr int steps = 40; // More than there are controls.
 
 /// The card in the whole panel, answered by the events that a user causes.
@@ -27,7 +28,10 @@ protected:
   }
   void letTheCardGrow() {
     waitUntil([this] { return isAtFullHeight(); });
-    awaitFrame();
+    // Two frames have to show it.
+    for (int frame = 0; frame < 3; ++frame) {
+      awaitFrame();
+    }
   }
   /// The animation follows the wall clock; what is waited for is its end, however late.
   void waitUntil(const std::function<bool()> &condition) {
@@ -58,7 +62,7 @@ protected:
     QQuickItem *const button = approve();
     QQuickItem *const tab = control(QStringLiteral("对话"));
     return button != nullptr && tab != nullptr &&
-           button->mapToScene(QPointF(0, button->height())).y() < tab->mapToScene({}).y() - 8;
+           button->mapToScene(QPointF(0, button->height())).y() <= tab->mapToScene({}).y() - gaps;
   }
   [[nodiscard]] QQuickItem *approve() const { return control(QStringLiteral("批准")); }
   [[nodiscard]] QQuickItem *reject() const { return control(QStringLiteral("拒绝")); }

@@ -43,7 +43,12 @@ void judge(QtMsgType type, const QMessageLogContext & /*context*/, const QString
 
 PanelFixture::PanelFixture() {
   qInstallMessageHandler(judge);
-  QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+  // Nothing may ask for it after the first window.
+  static const bool isChosen = [] {
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    return true;
+  }();
+  EXPECT_TRUE(isChosen);
   QQuickStyle::setStyle(QStringLiteral("Basic"));
   QFont font = QGuiApplication::font();
   font.setFamilies({QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Noto Color Emoji")});

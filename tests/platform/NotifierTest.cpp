@@ -49,6 +49,18 @@ TEST_F(NotifierTest, DoesNothingWhileNotificationsAreOff) {
   EXPECT_TRUE(m_lines.isEmpty());
 }
 
+TEST_F(NotifierTest, ATextOfMegabytesIsCut) {
+  const QString endless(10 << 20, u'x');
+  m_notifier.post(endless, endless);
+  ASSERT_EQ(m_service.m_shown.size(), 1);
+  EXPECT_EQ(m_service.m_shown.front(), QString(2000, u'x') + QStringLiteral("……|") +
+                                           QString(4000, u'x') + QStringLiteral("……"));
+  m_service.m_available = false;
+  m_notifier.post(endless, endless);
+  ASSERT_EQ(m_lines.size(), 1);
+  EXPECT_LT(m_lines.front().size(), 7000);
+}
+
 TEST_F(NotifierTest, WritesALineWhereThereIsNoService) {
   m_service.m_available = false;
   m_notifier.post(QStringLiteral("标题"), QStringLiteral("正文"));
