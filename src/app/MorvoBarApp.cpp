@@ -20,6 +20,7 @@
 #include "platform/linux/LinuxTrayPresence.h"
 #include "platform/linux/LocalSingleInstance.h"
 #include "platform/linux/SecretServiceStore.h"
+#include "platform/linux/TerminationSignals.h"
 #include "platform/linux/X11Platform.h"
 #include "platform/linux/X11WindowSystem.h"
 #include "platform/qt/AppearancePalettes.h"
@@ -166,7 +167,7 @@ private:
         .body = m_pet,
         .connectors = AgentConnectors::all(m_surroundings->hooks()),
         .inbox = std::make_unique<Inbox>(m_surroundings->home, environment, m_clock),
-        .fleet = std::make_unique<LocalFleet>(m_surroundings->home, m_clock, m_workers),
+        .fleet = std::make_unique<LocalFleet>(m_surroundings->home, m_clock, m_fleetWorkers),
         .usage = LocalUsage::source(m_surroundings->hooks(), m_clock, m_scheduler, m_workers),
         .measure =
             [this](const UsageSnapshot &snapshot) {
@@ -191,6 +192,8 @@ private:
   QtScheduler m_scheduler;
   SeededRandomSource m_random;
   WorkerPool m_workers;
+  /// Of its own: reading gigabytes of logs must not hold up the look at the sessions.
+  WorkerPool m_fleetWorkers{1};
   SettingsFile m_settingsFile;
   Setting m_setting;
   UsageCalibrator m_calibrator;
@@ -277,6 +280,8 @@ int runDesktop(Surroundings &surroundings, const QStringList &words) {
   }
   chooseFonts();
 
+  // A session that ends and a service that is stopped ask like this: the pet leaves in good order.
+  const TerminationSignals termination([] { QCoreApplication::quit(); });
   Program program(surroundings);
   instance.onWords([&program](const QStringList &later) { program.open(later); });
   if (!words.isEmpty()) {

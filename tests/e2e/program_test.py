@@ -251,6 +251,27 @@ class ProgramTest(unittest.TestCase):
         self.assertIn(learned, settings.read_text())
 
     def test_a_command_that_stalls_does_not_hold_up_the_end(self):
+        program, child = self.start_with_a_command_that_stalls()
+        self.assertEqual(self.run_program("quit").returncode, 0)
+        program.stderr.read()
+        self.assertEqual(program.wait(DEADLINE), 0)
+        self.wait_for_end(child)
+
+    def test_a_command_that_stalls_ends_with_a_program_that_is_killed(self):
+        program, child = self.start_with_a_command_that_stalls()
+        program.kill()
+        program.wait(DEADLINE)
+        self.wait_for_end(child)
+
+    def test_a_signal_to_end_is_obeyed_in_good_order(self):
+        for number in [signal.SIGTERM, signal.SIGINT, signal.SIGHUP]:
+            program = self.start()
+            program.send_signal(number)
+            program.stderr.read()
+            self.assertEqual(program.wait(DEADLINE), 0, number)
+
+    def start_with_a_command_that_stalls(self):
+        """The program, and the process number of a child that does not obey."""
         changes = self.give_agents_logs()
         begun = self.home / "begun"
         command = self.home / "claude"
@@ -265,10 +286,10 @@ class ProgramTest(unittest.TestCase):
         end = time.monotonic() + DEADLINE
         while not (begun.exists() and begun.read_text()) and time.monotonic() < end:
             time.sleep(0.02)
-        child = int(begun.read_text())
-        self.assertEqual(self.run_program("quit").returncode, 0)
-        program.stderr.read()
-        self.assertEqual(program.wait(DEADLINE), 0)
+        return program, int(begun.read_text())
+
+    def wait_for_end(self, child):
+        end = time.monotonic() + DEADLINE
         while pathlib.Path(f"/proc/{child}/cmdline").exists() and time.monotonic() < end:
             if not pathlib.Path(f"/proc/{child}/cmdline").read_bytes():
                 break  # It has ended and waits to be reaped.
