@@ -45,7 +45,8 @@ std::optional<double> numberOf(const QJsonValue &value) {
   } else if (value.isString()) {
     number = numberOf(value.toString().toUtf8());
   }
-  return number && std::isfinite(*number) ? number : std::nullopt;
+  // An infinite number is one: what it tells is capped.
+  return number && !std::isnan(*number) ? number : std::nullopt;
 }
 
 /// What one window tells of its use, by whichever of the two figures it has.

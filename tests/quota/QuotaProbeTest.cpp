@@ -87,6 +87,13 @@ INSTANTIATE_TEST_SUITE_P(
                 10.0},
         Figures{R"({"primary":{"usedPercent":null,"remainingPercent":"40"}})", 60.0, std::nullopt},
         Figures{R"({"primary":{"usedPercent":true}})", std::nullopt, std::nullopt},
+        Figures{R"({"primary":{"usedPercent":"inf"},"secondary":{"usedPercent":"1e999"}})", 100.0,
+                100.0},
+        Figures{R"({"primary":{"remainingPercent":"infinity"},)"
+                R"("secondary":{"remainingPercent":"-inf"}})",
+                0.0, 100.0},
+        Figures{R"({"primary":{"usedPercent":1},"secondary":{"usedPercent":"-inf"}})", 1.0, 0.0},
+        Figures{R"({"primary":{"usedPercent":"0x1p4"}})", 16.0, std::nullopt},
         Figures{R"({"primary":{"usedPercent":0}})", 0.0, std::nullopt}));
 
 class NoNumberTest : public testing::TestWithParam<const char *> {};
@@ -97,8 +104,8 @@ TEST_P(NoNumberTest, IsTakenForNone) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, NoNumberTest,
-                         testing::Values("", " 5", "\\t5", "5 ", "5%", "5,5", "12a", "nan", "inf",
-                                         "-infinity", "1e999", "5\\u0000", "--5"));
+                         testing::Values("", " 5", "\\t5", "5 ", "5%", "5,5", "12a", "nan",
+                                         "-infinity", "-1e999", "5\\u0000", "--5"));
 
 TEST(CautOutputTest, AnIntegerTextWithASignIsANumber) {
   EXPECT_EQ(parsed(R"("usage":{"primary":{"usedPercent":"+5"}})")->primaryUsedPct, 5);
