@@ -38,11 +38,7 @@ std::optional<std::int64_t> TokenCount::fromDecimal(std::string_view text) {
   std::int64_t count = 0;
   const std::string_view number = isNegative ? text : digits;
   const auto [end, failure] = std::from_chars(number.data(), number.data() + number.size(), count);
-  if (failure == std::errc::result_out_of_range) {
-    return isNegative ? std::numeric_limits<std::int64_t>::min()
-                      : std::numeric_limits<std::int64_t>::max();
-  }
-  return count;
+  return failure == std::errc() ? std::optional(count) : std::nullopt;
 }
 
 std::int64_t TokenCount::fromWhole(std::string_view number) {

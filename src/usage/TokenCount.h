@@ -32,7 +32,8 @@ namespace morvo::TokenCount {
 /// The number without its fraction; 0 for what is no number.
 [[nodiscard]] std::int64_t fromReal(double number);
 
-/// What a text of decimal digits with an optional sign says; nothing for any other text.
+/// What a text of decimal digits with an optional sign says; nothing for any other text and for a
+/// number that the type cannot hold.
 [[nodiscard]] std::optional<std::int64_t> fromDecimal(std::string_view text);
 
 /// The whole number that a JSON number's text stands for; 0 for one with a fraction and for what is

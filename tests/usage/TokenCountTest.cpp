@@ -31,11 +31,19 @@ TEST(TokenCount, DecimalsMayHaveASignAndNothingElse) {
   EXPECT_EQ(TokenCount::fromDecimal("1200"), 1200);
   EXPECT_EQ(TokenCount::fromDecimal("+1200"), 1200);
   EXPECT_EQ(TokenCount::fromDecimal("-1200"), -1200);
-  EXPECT_EQ(TokenCount::fromDecimal("99999999999999999999"), most);
-  EXPECT_EQ(TokenCount::fromDecimal("-99999999999999999999"), least);
-  for (const auto *text : {"", "12a", " 12", "12 ", "1.5", "+-1", "-+1", "+", "-", "1e3"}) {
+  EXPECT_EQ(TokenCount::fromDecimal("9223372036854775807"), most);
+  EXPECT_EQ(TokenCount::fromDecimal("-9223372036854775808"), least);
+  for (const auto *text : {"", "12a", " 12", "12 ", "1.5", "+-1", "-+1", "+", "-", "1e3",
+                           "9223372036854775808", "-9223372036854775809"}) {
     EXPECT_FALSE(TokenCount::fromDecimal(text)) << text;
   }
+}
+
+TEST(TokenCount, NumbersBeyondTheTypeEndAtItsLimits) {
+  EXPECT_EQ(TokenCount::fromWhole(std::string_view("9223372036854775808")), most);
+  EXPECT_EQ(TokenCount::fromWhole(std::string_view("-99999999999999999999")), least);
+  EXPECT_EQ(TokenCount::fromWhole(std::string_view("1e30")), most);
+  EXPECT_EQ(TokenCount::fromWhole(std::string_view("1.5")), 0);
 }
 
 } // namespace

@@ -23,7 +23,10 @@ INSTANTIATE_TEST_SUITE_P(
                     PriceCase{"gemini-2.5", {1.25, 5, 1.5}}, PriceCase{"qwen", {3, 15, 3.75}},
                     PriceCase{"", {3, 15, 3.75}}, PriceCase{"<synthetic>", {3, 15, 3.75}},
                     // The order of the table decides.
-                    PriceCase{"sonnet-and-opus", {15, 75, 18.75}}));
+                    PriceCase{"sonnet-and-opus", {15, 75, 18.75}},
+                    PriceCase{"haiku-sonnet", {3, 15, 3.75}}, PriceCase{"gpt-5-haiku", {0.8, 4, 1}},
+                    PriceCase{"haiku-gemini", {0.8, 4, 1}}, PriceCase{"o3-gpt-5", {1.25, 10, 1.5}},
+                    PriceCase{"gpt-5-o3", {1.25, 10, 1.5}}, PriceCase{"gemini-o3", {2, 8, 2.5}}));
 
 TEST(TokenPrice, OfMixedTokensAnOddOneCostsNothing) {
   const TokenPrice price = TokenPrice::ofModel("gpt-5");

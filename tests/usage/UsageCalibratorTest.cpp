@@ -116,6 +116,15 @@ TEST_F(UsageCalibratorTest, OnlyWholeNumbersAreSamples) {
   EXPECT_EQ(m_calibrator.ceiling(1), 110);
 }
 
+TEST_F(UsageCalibratorTest, ANumberBeyond64BitsIsNoSample) {
+  m_settings.set(SettingKeys::usageBlockPeaks,
+                 QStringLiteral("100,100,9223372036854775808,99999999999999999999,100"));
+  EXPECT_EQ(m_calibrator.ceiling(1), 2) << "three samples are too few";
+  m_settings.set(SettingKeys::usageBlockPeaks,
+                 QStringLiteral("100,100,9223372036854775808,-9223372036854775809,100,100"));
+  EXPECT_EQ(m_calibrator.ceiling(1), 110);
+}
+
 TEST_F(UsageCalibratorTest, NumbersKeptAsTextAreNumbers) {
   (void)m_calibrator.ceiling(1);
   m_settings.set(SettingKeys::usageCurBlockBucket, text(SettingKeys::usageCurBlockBucket));
