@@ -82,6 +82,7 @@ std::optional<MorvoPersona> wantedPersona(const Setting &setting) {
 
 PetStore::Picture scene(const EntryModes::Ground &ground, const Clock &clock) {
   using Role = ChatMessage::Role;
+  AccountReader accounts(ground.hooks.home, *ground.hooks.files);
   return {
       .connected = true,
       .chatHealth = ChatHealth::ready,
@@ -91,7 +92,7 @@ PetStore::Picture scene(const EntryModes::Ground &ground, const Clock &clock) {
       .reply = QStringLiteral("（喷出一串气泡，尾巴缓缓摆动）代码跑通了……闻到效率的味道，有点饿。"),
       .persona = wantedPersona(ground.setting),
       .agents = AgentScanner::snapshot(
-                    ground.hooks.home, clock.now(), *ground.hooks.files,
+                    ground.hooks.home, clock.now(), accounts,
                     [](const SourceAdapter &, double) { return std::vector<TokenEvent>(); })
                     .agents,
       .usage = UsageStats{.windowTokens = 1280000, .weekTokens = 9640000, .usedPct = 42},

@@ -1,20 +1,53 @@
 #include "usage/AccountReader.h"
 
 #include "base/Json.h"
+#include "usage/JsonMembers.h"
+
+#include <QFile>
 
 #include <algorithm>
 #include <array>
+#include <simdjson.h>
+#include <string_view>
+#include <sys/stat.h>
 #include <utility>
 
-namespace morvo::AccountReader {
+namespace morvo {
 namespace {
 
 /// Stands for a name where the file tells only that somebody is logged in.
 const QString loggedIn = QStringLiteral("已登录");
 
-std::optional<QJsonObject> object(const QString &path, FileLayer &files) {
-  const auto content = files.read(path);
-  return content ? Json::parseObject(*content) : std::nullopt;
+/// The object that is the member of that name in the object that the text is. What stands beside it
+/// is only checked for closed brackets and texts.
+std::optional<QJsonObject> objectIn(QByteArray text, std::string_view name) {
+  namespace json = simdjson::ondemand;
+  const auto size = static_cast<std::size_t>(text.size());
+  text.append(static_cast<qsizetype>(simdjson::SIMDJSON_PADDING), ' ');
+  json::parser parser;
+  json::document document;
+  json::object object;
+  std::string_view found;
+  const auto look = [name, &found](std::string_view key, json::value value) {
+    if (key != name) {
+      return true;
+    }
+    found = {};
+    json::json_type type{};
+    json::object member;
+    if (value.type().get(type) != simdjson::SUCCESS || type != json::json_type::object) {
+      return true;
+    }
+    return value.get_object().get(member) == simdjson::SUCCESS &&
+           member.raw_json().get(found) == simdjson::SUCCESS;
+  };
+  if (parser.iterate(text.constData(), size, static_cast<std::size_t>(text.size())).get(document) !=
+          simdjson::SUCCESS ||
+      document.get_object().get(object) != simdjson::SUCCESS || !JsonMembers::each(object, look) ||
+      document.current_location().error() != simdjson::OUT_OF_BOUNDS) {
+    return std::nullopt;
+  }
+  return Json::parseObject(QByteArray(found.data(), static_cast<qsizetype>(found.size())));
 }
 
 /// Told apart by the case of the letters, as the service writes them.
@@ -31,23 +64,19 @@ QString prettyPlan(const QJsonObject &account) {
   return found == plans.end() ? account.value(u"billingType").toString() : found->second;
 }
 
-} // namespace
-
-std::optional<AgentAccount> claude(const HomeFolder &home, FileLayer &files) {
-  const auto file = object(home.file(QStringLiteral(".claude.json")), files);
-  const QJsonValue found = file ? file->value(u"oauthAccount") : QJsonValue();
-  if (!found.isObject()) {
+std::optional<AgentAccount> claudeAccount(QByteArray text) {
+  const auto account = objectIn(std::move(text), "oauthAccount");
+  if (!account) {
     return std::nullopt;
   }
-  const QJsonObject account = found.toObject();
-  const QString name = account.value(u"displayName").toString();
-  return AgentAccount{.label =
-                          name.isEmpty() ? account.value(u"emailAddress").toString(loggedIn) : name,
-                      .plan = prettyPlan(account)};
+  const QString name = account->value(u"displayName").toString();
+  return AgentAccount{.label = name.isEmpty() ? account->value(u"emailAddress").toString(loggedIn)
+                                              : name,
+                      .plan = prettyPlan(*account)};
 }
 
-std::optional<AgentAccount> codex(const HomeFolder &home, FileLayer &files) {
-  const auto file = object(home.file(QStringLiteral(".codex/auth.json")), files);
+std::optional<AgentAccount> codexAccount(QByteArray text) {
+  const auto file = Json::parseObject(text);
   if (!file) {
     return std::nullopt;
   }
@@ -55,4 +84,36 @@ std::optional<AgentAccount> codex(const HomeFolder &home, FileLayer &files) {
   return AgentAccount{.label = file->value(u"email").toString(number), .plan = {}};
 }
 
-} // namespace morvo::AccountReader
+} // namespace
+
+AccountReader::AccountReader(HomeFolder home, FileLayer &files)
+    : m_home(std::move(home)), m_files(&files) {}
+
+std::optional<AgentAccount> AccountReader::claude() {
+  return account(m_home.file(QStringLiteral(".claude.json")), claudeAccount, m_claude);
+}
+
+std::optional<AgentAccount> AccountReader::codex() {
+  return account(m_home.file(QStringLiteral(".codex/auth.json")), codexAccount, m_codex);
+}
+
+std::optional<AgentAccount> AccountReader::account(const QString &path, Parse *parse,
+                                                   Known &known) {
+  const std::scoped_lock lock(m_mutex);
+  struct stat info{};
+  if (::stat(QFile::encodeName(path).constData(), &info) != 0) {
+    return std::nullopt;
+  }
+  // Taken before the file is read: if it changes meanwhile, it is another one the next time.
+  const FileIdentity identity = FileIdentity::of(info);
+  if (known.identity != identity) {
+    auto content = m_files->read(path);
+    if (!content) {
+      return std::nullopt;
+    }
+    known = {.identity = identity, .account = parse(*std::move(content))};
+  }
+  return known.account;
+}
+
+} // namespace morvo

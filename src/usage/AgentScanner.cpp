@@ -1,6 +1,5 @@
 #include "usage/AgentScanner.h"
 
-#include "usage/AccountReader.h"
 #include "usage/SourceRegistry.h"
 #include "usage/TokenCount.h"
 
@@ -13,11 +12,11 @@ namespace {
 constexpr double weekHours = 168;
 constexpr auto window = std::chrono::hours(5);
 
-std::optional<AgentAccount> accountOf(const QString &id, const HomeFolder &home, FileLayer &files) {
+std::optional<AgentAccount> accountOf(const QString &id, AccountReader &accounts) {
   if (id == u"claude") {
-    return AccountReader::claude(home, files);
+    return accounts.claude();
   }
-  return id == u"codex" ? AccountReader::codex(home, files) : std::nullopt;
+  return id == u"codex" ? accounts.codex() : std::nullopt;
 }
 
 DetectedAgent agentOf(const SourceAdapter &adapter, const HomeFolder &home) {
@@ -36,14 +35,14 @@ void count(const std::vector<TokenEvent> &events, WallTime windowStart, Detected
 
 } // namespace
 
-UsageSnapshot snapshot(const HomeFolder &home, WallTime now, FileLayer &files,
+UsageSnapshot snapshot(const HomeFolder &home, WallTime now, AccountReader &accounts,
                        const EventReader &events) {
   UsageSnapshot result;
   for (const SourceAdapter &adapter : SourceRegistry::detected(home)) {
     DetectedAgent agent = agentOf(adapter, home);
     const auto burned = events(adapter, weekHours);
     count(burned, now - window, agent);
-    agent.account = accountOf(adapter.id, home, files);
+    agent.account = accountOf(adapter.id, accounts);
     result.weekTokens = TokenCount::sum(result.weekTokens, agent.weekTokens);
     result.events.insert(result.events.end(), burned.begin(), burned.end());
     result.agents.push_back(std::move(agent));

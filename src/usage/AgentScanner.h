@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/FileLayer.h"
 #include "platform/HomeFolder.h"
+#include "usage/AccountReader.h"
 #include "usage/LiveRateLimit.h"
 #include "usage/SourceAdapter.h"
 #include "usage/UsageSnapshot.h"
@@ -21,7 +21,7 @@ using EventReader =
 
 /// Which of the measured agents are there, what each burned and who is logged in. Sums saturate.
 /// The official figures are not in it; see `withLimits`.
-[[nodiscard]] UsageSnapshot snapshot(const HomeFolder &home, WallTime now, FileLayer &files,
+[[nodiscard]] UsageSnapshot snapshot(const HomeFolder &home, WallTime now, AccountReader &accounts,
                                      const EventReader &events);
 
 /// The same agents with their official figures, given by agent.

@@ -1,5 +1,6 @@
 #include "usage/ClaudeLine.h"
 
+#include "usage/JsonMembers.h"
 #include "usage/LogTime.h"
 #include "usage/MarkedLines.h"
 #include "usage/TokenCount.h"
@@ -45,24 +46,6 @@ struct Reply {
   std::optional<Message> message;
 };
 
-/// The members of an object, one after the other; false when the text is broken. A name that cannot
-/// be read is empty.
-template <typename Member> bool eachMember(json::object &object, const Member &member) {
-  for (auto field : object) {
-    if (field.error() != simdjson::SUCCESS) {
-      return false;
-    }
-    std::string_view key;
-    if (field.unescaped_key().get(key) != simdjson::SUCCESS) {
-      key = {};
-    }
-    if (!member(key, field.value().value_unsafe())) {
-      return false;
-    }
-  }
-  return true;
-}
-
 /// The object that the value is; nothing for any other. False when the text is broken.
 bool objectIn(json::value &value, std::optional<json::object> &object) {
   json::json_type type{};
@@ -104,12 +87,13 @@ bool readUsage(json::value &value, std::optional<Counts> &usage) {
   if (!object) {
     return true;
   }
-  return eachMember(*object, [&counts = usage.emplace()](std::string_view key, json::value member) {
-    if (std::int64_t *const count = counts.named(key)) {
-      *count = countIn(member);
-    }
-    return true;
-  });
+  return JsonMembers::each(*object,
+                           [&counts = usage.emplace()](std::string_view key, json::value member) {
+                             if (std::int64_t *const count = counts.named(key)) {
+                               *count = countIn(member);
+                             }
+                             return true;
+                           });
 }
 
 bool readMessage(json::value &value, std::optional<Message> &message) {
@@ -121,19 +105,20 @@ bool readMessage(json::value &value, std::optional<Message> &message) {
   if (!object) {
     return true;
   }
-  return eachMember(*object, [&read = message.emplace()](std::string_view key, json::value member) {
-    if (key == "usage") {
-      return readUsage(member, read.usage);
-    }
-    if (key == "model") {
-      read.model = textIn(member);
-    }
-    return true;
-  });
+  return JsonMembers::each(*object,
+                           [&read = message.emplace()](std::string_view key, json::value member) {
+                             if (key == "usage") {
+                               return readUsage(member, read.usage);
+                             }
+                             if (key == "model") {
+                               read.model = textIn(member);
+                             }
+                             return true;
+                           });
 }
 
 bool readReply(json::object &line, Reply &reply) {
-  return eachMember(line, [&reply](std::string_view key, json::value member) {
+  return JsonMembers::each(line, [&reply](std::string_view key, json::value member) {
     if (key == "message") {
       return readMessage(member, reply.message);
     }

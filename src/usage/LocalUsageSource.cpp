@@ -7,20 +7,27 @@
 
 namespace morvo {
 
+struct LocalUsageSource::Accounts {
+  explicit Accounts(const HomeFolder &home) : reader(home, files) {}
+
+  SystemFileLayer files;
+  AccountReader reader;
+};
+
 LocalUsageSource::LocalUsageSource(const Clock &clock, const ProbeContext &context, LogReader logs)
-    : m_clock(&clock), m_context(context), m_logs(std::move(logs)), m_prober(clock, context) {}
+    : m_clock(&clock), m_context(context), m_accounts(std::make_shared<Accounts>(context.home)),
+      m_logs(std::move(logs)), m_prober(clock, context) {}
 
 LocalUsageSource::~LocalUsageSource() { m_stop.request_stop(); }
 
 QCoro::Task<UsageSnapshot> LocalUsageSource::capture() {
   const std::stop_token stop = m_stop.get_token();
   auto asked = m_prober.liveMap(true);
-  const auto read = [home = m_context.home, now = m_clock->now(),
+  const auto read = [home = m_context.home, now = m_clock->now(), accounts = m_accounts,
                      logs = m_logs](const std::stop_token &end) {
-    SystemFileLayer files;
-    return AgentScanner::snapshot(home, now, files, [&](const SourceAdapter &agent, double hours) {
-      return logs(agent, hours, end);
-    });
+    return AgentScanner::snapshot(
+        home, now, accounts->reader,
+        [&](const SourceAdapter &agent, double hours) { return logs(agent, hours, end); });
   };
   auto counted = co_await m_context.pool->run(read);
   if (stop.stop_requested() || !counted) {

@@ -6,6 +6,7 @@
 #include "usage/UsageSource.h"
 
 #include <functional>
+#include <memory>
 #include <stop_token>
 
 namespace morvo {
@@ -30,8 +31,12 @@ public:
   [[nodiscard]] QCoro::Task<std::vector<DetectedAgent>> present() override;
 
 private:
+  /// The readers of the accounts, which a scan may need a moment longer than the source lives.
+  struct Accounts;
+
   const Clock *m_clock;
   ProbeContext m_context;
+  std::shared_ptr<Accounts> m_accounts;
   LogReader m_logs;
   MorvoLiveQuotaProber m_prober;
   std::stop_source m_stop;

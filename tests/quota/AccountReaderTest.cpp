@@ -2,12 +2,14 @@
 
 #include "base/AtomicFile.h"
 #include "base/SystemFileLayer.h"
+#include "support/FailingFileLayer.h"
 #include "support/Unprivileged.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <cerrno>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -19,20 +21,22 @@ using namespace Qt::Literals::StringLiterals;
 class AccountReaderTest : public testing::Test {
 protected:
   void put(const QString &name, const QByteArray &content) {
-    ASSERT_TRUE(AtomicFile::write(m_files, m_folder.filePath(name), content).has_value());
+    SystemFileLayer files;
+    ASSERT_TRUE(AtomicFile::write(files, m_folder.filePath(name), content).has_value());
   }
   std::optional<AgentAccount> claude(const QByteArray &content) {
     put(u".claude.json"_s, content);
-    return AccountReader::claude(m_home, m_files);
+    return m_accounts.claude();
   }
   std::optional<AgentAccount> codex(const QByteArray &content) {
     put(u".codex/auth.json"_s, content);
-    return AccountReader::codex(m_home, m_files);
+    return m_accounts.codex();
   }
 
   QTemporaryDir m_folder;
   HomeFolder m_home{m_folder.path()};
-  SystemFileLayer m_files;
+  test::FailingFileLayer m_files;
+  AccountReader m_accounts{m_home, m_files};
 };
 
 AgentAccount account(const QString &label, const QString &plan = {}) {
@@ -40,8 +44,8 @@ AgentAccount account(const QString &label, const QString &plan = {}) {
 }
 
 TEST_F(AccountReaderTest, WithoutTheFilesNobodyIsLoggedIn) {
-  EXPECT_FALSE(AccountReader::claude(m_home, m_files));
-  EXPECT_FALSE(AccountReader::codex(m_home, m_files));
+  EXPECT_FALSE(m_accounts.claude());
+  EXPECT_FALSE(m_accounts.codex());
 }
 
 TEST_F(AccountReaderTest, ClaudesNameComesBeforeTheAddress) {
@@ -93,7 +97,7 @@ class OddAccountFileTest : public AccountReaderTest,
 TEST_P(OddAccountFileTest, NobodyIsKnownToBeLoggedIn) {
   EXPECT_FALSE(claude(GetParam()));
   put(u".codex/auth.json"_s, GetParam());
-  const auto known = AccountReader::codex(m_home, m_files);
+  const auto known = m_accounts.codex();
   EXPECT_TRUE(!known || *known == account(u"已登录"_s));
 }
 
@@ -103,13 +107,60 @@ INSTANTIATE_TEST_SUITE_P(Shapes, OddAccountFileTest,
                                          "{\"oauthAccount\":\"Ada\"}", "{\"oauthAccount\":null}",
                                          "\xFF\xFE{\"oauthAccount\":{}}", "<html></html>", "{}"));
 
+TEST_F(AccountReaderTest, AFileThatHasNotChangedIsNotReadAgain) {
+  EXPECT_EQ(claude(R"({"oauthAccount":{"displayName":"Ada"}})"), account(u"Ada"_s));
+  EXPECT_EQ(codex(R"({"email":"a@b.c"})"), account(u"a@b.c"_s));
+  EXPECT_EQ(m_files.calls(), 2);
+  EXPECT_EQ(m_accounts.claude(), account(u"Ada"_s));
+  EXPECT_EQ(m_accounts.codex(), account(u"a@b.c"_s));
+  EXPECT_EQ(m_files.calls(), 2);
+  EXPECT_EQ(claude(R"({"oauthAccount":{"displayName":"Bob"}})"), account(u"Bob"_s));
+  EXPECT_EQ(m_files.calls(), 3);
+  ASSERT_TRUE(QFile::remove(m_folder.filePath(u".claude.json"_s)));
+  EXPECT_FALSE(m_accounts.claude());
+}
+
+TEST_F(AccountReaderTest, NobodyIsRememberedToo) {
+  EXPECT_FALSE(claude("{}"));
+  EXPECT_FALSE(m_accounts.claude());
+  EXPECT_EQ(m_files.calls(), 1);
+}
+
+TEST_F(AccountReaderTest, AFileThatCannotBeReadForAMomentIsTriedAgain) {
+  put(u".claude.json"_s, R"({"oauthAccount":{}})");
+  test::FailingFileLayer failing;
+  AccountReader accounts(m_home, failing);
+  failing.failAt(1, test::FailingFileLayer::Fault::error, EIO);
+  EXPECT_FALSE(accounts.claude());
+  EXPECT_TRUE(accounts.claude());
+}
+
+TEST_F(AccountReaderTest, ClaudesFileMayBeALink) {
+  put(u"dotfiles/claude.json"_s, R"({"oauthAccount":{"displayName":"Ada"}})");
+  ASSERT_TRUE(QFile::link(m_folder.filePath(u"dotfiles/claude.json"_s),
+                          m_folder.filePath(u".claude.json"_s)));
+  EXPECT_EQ(m_accounts.claude(), account(u"Ada"_s));
+  put(u"dotfiles/claude.json"_s, R"({"oauthAccount":{"displayName":"Bob"}})");
+  EXPECT_EQ(m_accounts.claude(), account(u"Bob"_s));
+}
+
+TEST_F(AccountReaderTest, WhatStandsBesideTheAccountDoesNotMatter) {
+  EXPECT_EQ(claude(R"({"a":[{"oauthAccount":{"displayName":"no"}}],"oauthAccount":7,)"
+                   R"("oauthAccount":{"displayName":"A\u0064\"a}","x":[{}]},"b":"\ud800"})"
+                   "\n"),
+            account(u"Ad\"a}"_s));
+  EXPECT_FALSE(claude(R"({"oauthAccount":{"displayName":"Ada"},"oauthAccount":null})"));
+  EXPECT_FALSE(claude(R"({"oauthAccount":{"displayName":"Ada"},"b":[1,)"));
+  EXPECT_FALSE(claude(R"({"oauthAccount":{"displayName":"Ada"}} {})"));
+}
+
 TEST_F(AccountReaderTest, AFolderAndAPipeAreNobody) {
   ASSERT_TRUE(QDir(m_folder.path()).mkpath(u".claude.json"_s));
-  EXPECT_FALSE(AccountReader::claude(m_home, m_files));
+  EXPECT_FALSE(m_accounts.claude());
   ASSERT_TRUE(QDir(m_folder.path()).mkpath(u".codex"_s));
   const QString pipe = m_folder.filePath(u".codex/auth.json"_s);
   ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-  EXPECT_FALSE(AccountReader::codex(m_home, m_files));
+  EXPECT_FALSE(m_accounts.codex());
 }
 
 TEST_F(AccountReaderTest, AFileWithoutPermissionIsNobody) {
@@ -118,13 +169,13 @@ TEST_F(AccountReaderTest, AFileWithoutPermissionIsNobody) {
   ASSERT_EQ(::chmod(QFile::encodeName(m_folder.filePath(u".claude.json"_s)).constData(), 0), 0);
   const test::Unprivileged user;
   ASSERT_TRUE(user.works());
-  EXPECT_FALSE(AccountReader::claude(m_home, m_files));
+  EXPECT_FALSE(m_accounts.claude());
 }
 
 TEST_F(AccountReaderTest, AnAccountFileOfEightGigabytesIsNobody) {
   put(u".claude.json"_s, "{}");
   ASSERT_TRUE(QFile::resize(m_folder.filePath(u".claude.json"_s), qint64{8} << 30U));
-  EXPECT_FALSE(AccountReader::claude(m_home, m_files));
+  EXPECT_FALSE(m_accounts.claude());
 }
 
 } // namespace

@@ -36,7 +36,7 @@ protected:
             .burnable = true};
   }
   UsageSnapshot scan() {
-    return AgentScanner::snapshot(m_home, m_now, m_files,
+    return AgentScanner::snapshot(m_home, m_now, m_accounts,
                                   [this](const SourceAdapter &agent, double hours) {
                                     EXPECT_EQ(hours, 168);
                                     m_asked.append(agent.id);
@@ -47,6 +47,7 @@ protected:
   QTemporaryDir m_folder;
   HomeFolder m_home{m_folder.path()};
   SystemFileLayer m_files;
+  AccountReader m_accounts{m_home, m_files};
   WallTime m_now = test::ManualClock().now();
   QHash<QString, std::vector<TokenEvent>> m_events;
   QStringList m_asked;
