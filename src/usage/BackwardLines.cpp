@@ -2,93 +2,95 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 #include <vector>
 
 namespace morvo {
 
-BackwardLines::BackwardLines(int descriptor, qint64 size, QByteArray marker, qsizetype block)
-    : m_descriptor(descriptor), m_position(size), m_marker(std::move(marker)), m_block(block) {}
+BackwardLines::BackwardLines(int descriptor, qint64 size, QByteArray marker, qsizetype block,
+                             qsizetype longest)
+    : m_descriptor(descriptor), m_position(size), m_marker(std::move(marker)), m_block(block),
+      m_longest(longest) {}
 
-QByteArray BackwardLines::previousBlock() {
-  const qsizetype length = std::min<qint64>(m_block, m_position - m_begin);
-  QByteArray block(length, Qt::Uninitialized);
+std::optional<QByteArray> BackwardLines::before(qsizetype length) const {
+  QByteArray text(std::min<qint64>(length, m_position - m_begin), Qt::Uninitialized);
   qsizetype done = 0;
-  while (done < length) {
+  while (done < text.size()) {
     const ssize_t count =
-        ::pread(m_descriptor, block.data() + done, static_cast<std::size_t>(length - done),
-                m_position - length + done);
+        ::pread(m_descriptor, text.data() + done, static_cast<std::size_t>(text.size() - done),
+                m_position - text.size() + done);
     if (count < 0 && errno == EINTR) {
       continue;
     }
     if (count <= 0) {
       // It has become shorter, or its disk fails.
-      return {};
+      return std::nullopt;
     }
     done += count;
   }
-  m_position -= length;
-  return block;
+  return text;
 }
 
 bool BackwardLines::search(QByteArrayView text,
                            const std::function<bool(const QByteArray &)> &take) const {
   // Found from the front, which is what the C library does fast.
-  std::vector<QByteArrayView> lines;
-  const char *const end = text.data() + text.size();
-  const char *from = text.data();
-  while (from < end) {
-    const auto *const hit = static_cast<const char *>(
-        ::memmem(from, static_cast<std::size_t>(end - from), m_marker.constData(),
-                 static_cast<std::size_t>(m_marker.size())));
-    if (hit == nullptr) {
-      break;
-    }
-    const auto *const before =
-        static_cast<const char *>(::memrchr(from, '\n', static_cast<std::size_t>(hit - from)));
-    const auto *const after =
-        static_cast<const char *>(std::memchr(hit, '\n', static_cast<std::size_t>(end - hit)));
-    const char *const lineBegin = before == nullptr ? from : before + 1;
-    const char *const lineEnd = after == nullptr ? end : after;
-    lines.emplace_back(lineBegin, lineEnd);
-    from = lineEnd + 1;
-  }
-  return std::ranges::any_of(lines.rbegin(), lines.rend(), [&take](QByteArrayView line) {
-    return line.size() <= longestLine && take(line.toByteArray());
+  std::vector<std::string_view> lines;
+  LogLine::eachMarked({text.data(), static_cast<std::size_t>(text.size())},
+                      {m_marker.constData(), static_cast<std::size_t>(m_marker.size())},
+                      [&lines](std::string_view line) { lines.push_back(line); });
+  return std::ranges::any_of(lines.rbegin(), lines.rend(), [this, &take](std::string_view line) {
+    const auto length = static_cast<qsizetype>(line.size());
+    return length <= m_longest && take(QByteArray(line.data(), length));
   });
 }
 
-void BackwardLines::each(const std::function<bool(const QByteArray &)> &take,
-                         const std::stop_token &stop) {
-  // The part of a line that has been read, while its beginning has not.
-  QByteArray pending;
-  bool isTooLong = false;
-  while (m_position > m_begin && !stop.stop_requested()) {
-    QByteArray text = previousBlock();
-    if (text.isEmpty()) {
-      return;
+bool BackwardLines::passLine(const std::stop_token &stop) {
+  while (m_position > m_begin) {
+    const auto text = before(m_block);
+    if (!text || stop.stop_requested()) {
+      return false;
     }
-    const qsizetype lineFeed = text.indexOf('\n');
-    if (lineFeed < 0 && m_position > m_begin) {
-      isTooLong = isTooLong || pending.size() + text.size() > longestLine;
-      pending = isTooLong ? QByteArray() : text + pending;
-      continue;
+    const qsizetype lineFeed = text->lastIndexOf('\n');
+    m_position -= text->size() - std::max<qsizetype>(lineFeed, 0);
+    if (lineFeed >= 0) {
+      break;
     }
-    if (isTooLong) {
-      // Its beginning is in this block; nothing of it is of use.
-      text.truncate(text.lastIndexOf('\n') + 1);
-    }
-    text += pending;
-    isTooLong = false;
-    const qsizetype complete = m_position > m_begin ? lineFeed + 1 : 0;
-    if (search(QByteArrayView(text).sliced(complete), take)) {
-      return;
-    }
-    text.truncate(complete == 0 ? 0 : lineFeed);
-    pending = std::move(text);
   }
+  return true;
+}
+
+bool BackwardLines::each(const std::function<bool(const QByteArray &)> &take,
+                         const std::stop_token &stop) {
+  qsizetype length = m_block;
+  while (m_position > m_begin) {
+    const auto text = before(length);
+    if (!text || stop.stop_requested()) {
+      return false;
+    }
+    const qint64 textBegin = m_position - text->size();
+    const bool isFirst = textBegin == m_begin;
+    const qsizetype lineFeed = isFirst ? -1 : text->indexOf('\n');
+    if (!isFirst && lineFeed < 0) {
+      // A line is read again from further ahead until all of it is in one piece: twice as far each
+      // time, so that this costs no more than the line's length again.
+      if (length <= m_longest) {
+        length = std::min(2 * length, m_longest + 1);
+        continue;
+      }
+      m_position = textBegin;
+      if (!passLine(stop)) {
+        return false;
+      }
+    } else if (search(QByteArrayView(*text).sliced(lineFeed + 1), take)) {
+      return true;
+    } else {
+      m_position = textBegin + std::max<qsizetype>(lineFeed, 0);
+    }
+    length = m_block;
+  }
+  return true;
 }
 
 } // namespace morvo

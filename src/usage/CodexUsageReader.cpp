@@ -1,8 +1,6 @@
 #include "usage/CodexUsageReader.h"
 
 #include "base/Json.h"
-#include "usage/BackwardLines.h"
-#include "usage/OpenLog.h"
 
 #include <QFile>
 #include <QJsonObject>
@@ -21,8 +19,6 @@ namespace {
 
 /// How many of the logs are looked at.
 constexpr std::size_t newest = 12;
-
-const QByteArray marker = QByteArrayLiteral("\"rate_limits\"");
 
 /// Beyond this many seconds from 1970 no calendar tells a date.
 constexpr double farthestSecond = 8.64e12;
@@ -87,40 +83,20 @@ std::optional<LiveRateLimit> CodexUsageReader::latest(const std::stop_token &sto
   std::erase_if(m_memory, [&logs](const auto &remembered) {
     return std::ranges::find(logs, remembered.first, &LogFile::path) == logs.end();
   });
+  Log::Tools tools;
   for (const LogFile &log : logs) {
-    auto limit = said(log, stop);
+    Log &known = m_memory[log.path];
+    if (!known.knows(log.identity)) {
+      known.update(log.path, {}, tools, stop);
+    }
     if (stop.stop_requested()) {
       return std::nullopt;
     }
-    if (limit) {
-      return limit;
+    if (known.last()) {
+      return known.last();
     }
   }
   return std::nullopt;
-}
-
-std::optional<LiveRateLimit> CodexUsageReader::said(const LogFile &log,
-                                                    const std::stop_token &stop) {
-  const auto known = m_memory.find(log.path);
-  if (known != m_memory.end() && known->second.identity == log.identity) {
-    return known->second.limit;
-  }
-  const auto file = OpenLog::at(log.path);
-  if (!file) {
-    return std::nullopt;
-  }
-  std::optional<LiveRateLimit> limit;
-  BackwardLines lines(file->descriptor(), file->identity().size, marker);
-  lines.each(
-      [&limit](const QByteArray &line) {
-        limit = parse(line);
-        return limit.has_value();
-      },
-      stop);
-  if (!stop.stop_requested()) {
-    m_memory.insert_or_assign(log.path, Said{.identity = file->identity(), .limit = limit});
-  }
-  return limit;
 }
 
 } // namespace morvo

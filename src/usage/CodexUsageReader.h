@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/HomeFolder.h"
-#include "usage/FileIdentity.h"
+#include "usage/LastRecordLog.h"
 #include "usage/LiveRateLimit.h"
 #include "usage/LogFile.h"
 
@@ -16,7 +16,8 @@
 namespace morvo {
 
 /// Reads the rate limits that Codex writes into its session logs. It remembers what each of the
-/// logs said, so that one that has not changed is not read again.
+/// logs said: one that has not changed is not read again, and of one that has grown only what is
+/// new is read.
 ///
 /// Thread-safe. Reads files, so not for the main thread.
 class CodexUsageReader {
@@ -27,7 +28,7 @@ public:
   ~CodexUsageReader();
 
   /// The last record of the newest log that has one, among the twelve that were changed last. A log
-  /// is read from its end. What cannot be read, and lines of more than a few megabytes, count as
+  /// is read from its end. What cannot be read, and lines beyond `LogLine::longest`, count as
   /// nothing said. Nothing when `stop` was requested.
   [[nodiscard]] std::optional<LiveRateLimit> latest(const std::stop_token &stop = {});
 
@@ -35,17 +36,15 @@ public:
   [[nodiscard]] static std::optional<LiveRateLimit> parse(const QByteArray &line);
 
 private:
-  struct Said {
-    FileIdentity identity;
-    std::optional<LiveRateLimit> limit;
-  };
+  /// Every line with a record holds it.
+  static inline const QByteArray marker = QByteArrayLiteral("\"rate_limits\"");
 
-  [[nodiscard]] std::optional<LiveRateLimit> said(const LogFile &log, const std::stop_token &stop);
+  using Log = LastRecordLog<marker, parse>;
 
   HomeFolder m_home;
   std::mutex m_mutex;
   /// Of the twelve logs of the last look.
-  std::map<std::string, Said> m_memory;
+  std::map<std::string, Log> m_memory;
 };
 
 } // namespace morvo

@@ -102,8 +102,9 @@ std::optional<Tally> tallyOfArray(const OpenLog &log, const std::stop_token &sto
   return array.isComplete() ? std::optional(tally) : std::nullopt;
 }
 
-/// The sums of the records that are lines; none when any of the file is no UTF-8.
-Tally tallyOfLines(const OpenLog &log, const std::stop_token &stop) {
+/// The sums of the records that are lines; none when any of the file is no UTF-8. Nothing when
+/// reading fails.
+std::optional<Tally> tallyOfLines(const OpenLog &log, const std::stop_token &stop) {
   Tally tally;
   bool isText = true;
   // Every line holds the empty marker.
@@ -111,24 +112,28 @@ Tally tallyOfLines(const OpenLog &log, const std::stop_token &stop) {
   const auto add = [&tally, &isText](std::string_view line, bool /*isWhole*/) {
     isText = isText && simdjson::validate_utf8(line);
     if (isText && line.size() >= shortestLine && mayCount(line)) {
-      if (const auto record =
-              Json::parseObject(QByteArray(line.data(), static_cast<qsizetype>(line.size())))) {
+      if (const auto record = Json::parseObject(
+              QByteArray::fromRawData(line.data(), static_cast<qsizetype>(line.size())))) {
         tally.add(*record);
       }
     }
   };
   const auto end = lines.read(log, {}, add, stop);
-  return end && isText ? tally : Tally();
+  if (!end) {
+    return std::nullopt;
+  }
+  return isText ? tally : Tally();
 }
 
-Tally tallyOf(const LogFile &file, const std::stop_token &stop) {
+/// The sums of a file; nothing when it cannot be read.
+std::optional<Tally> tallyOf(const LogFile &file, const std::stop_token &stop) {
   const auto log = OpenLog::at(file.path);
   if (!log) {
-    return {};
+    return std::nullopt;
   }
   const auto ofArray =
       file.path.ends_with(".json") ? tallyOfArray(*log, stop) : std::optional<Tally>();
-  return ofArray ? *ofArray : tallyOfLines(*log, stop);
+  return ofArray ? ofArray : tallyOfLines(*log, stop);
 }
 
 /// The newest files first; of several of one time the first by name.
@@ -185,22 +190,26 @@ std::vector<TokenEvent> GenericUsageReader::events(const QString &under, double 
   std::vector<TokenEvent> events;
   for (const LogFile &file : files) {
     const auto before = known.find(file.path);
-    Sums sums;
+    std::optional<Sums> sums;
     if (before != known.end() && before->second.identity == file.identity) {
       sums = before->second;
-    } else {
-      const Tally tally = tallyOf(file, stop);
-      sums = {.identity = file.identity, .billable = tally.billable, .cacheRead = tally.cacheRead};
+    } else if (const auto tally = tallyOf(file, stop)) {
+      sums = {
+          .identity = file.identity, .billable = tally->billable, .cacheRead = tally->cacheRead};
     }
     if (stop.stop_requested()) {
       return events;
     }
-    present.insert_or_assign(file.path, sums);
-    if (sums.billable > 0) {
+    if (!sums) {
+      // What cannot be read now is tried again the next time.
+      continue;
+    }
+    present.insert_or_assign(file.path, *sums);
+    if (sums->billable > 0) {
       events.push_back({.ts = file.identity.modifiedAt(),
-                        .billable = sums.billable,
-                        .cacheRead = sums.cacheRead,
-                        .cost = price.ofMixed(sums.billable),
+                        .billable = sums->billable,
+                        .cacheRead = sums->cacheRead,
+                        .cost = price.ofMixed(sums->billable),
                         .burnable = false});
     }
   }

@@ -9,7 +9,8 @@ bool isSpace(char byte) { return byte == ' ' || byte == '\t' || byte == '\r' || 
 
 } // namespace
 
-JsonArrayText::JsonArrayText(Take take) : m_take(std::move(take)) {}
+JsonArrayText::JsonArrayText(Take take, qsizetype longest)
+    : m_take(std::move(take)), m_longest(longest) {}
 
 bool JsonArrayText::feed(std::string_view bytes) {
   // Where the part of the present object in these bytes begins.
@@ -40,8 +41,7 @@ bool JsonArrayText::feed(std::string_view bytes) {
 }
 
 void JsonArrayText::keep(std::string_view bytes) {
-  m_isTooLong =
-      m_isTooLong || m_object.size() + static_cast<qsizetype>(bytes.size()) > longestObject;
+  m_isTooLong = m_isTooLong || m_object.size() + static_cast<qsizetype>(bytes.size()) > m_longest;
   if (m_isTooLong) {
     m_object.clear();
   } else {

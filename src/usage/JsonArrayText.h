@@ -1,5 +1,7 @@
 #pragma once
 
+#include "usage/LogLine.h"
+
 #include <QByteArray>
 
 #include <functional>
@@ -8,17 +10,15 @@
 namespace morvo {
 
 /// Cuts the text of a JSON array of objects into the texts of its objects, as it comes in, so that
-/// no more than one of them is held. It looks at brackets and quotation marks only; whoever takes
-/// an object says whether it is one.
+/// no more than one of them is held; those beyond `LogLine::longest` are passed over. It looks at
+/// brackets and quotation marks only; whoever takes an object says whether it is one.
 class JsonArrayText {
 public:
-  /// Longer objects are passed over.
-  static constexpr qsizetype longestObject = qsizetype{4} << 20U;
-
   /// False refuses the object, and with it the whole text.
   using Take = std::function<bool(const QByteArray &object)>;
 
-  explicit JsonArrayText(Take take);
+  /// The length of the longest object is a parameter for tests.
+  explicit JsonArrayText(Take take, qsizetype longest = LogLine::longest);
 
   /// Takes in the next bytes; false as soon as the text can be no array of objects.
   [[nodiscard]] bool feed(std::string_view bytes);
@@ -44,6 +44,7 @@ private:
   void keep(std::string_view bytes);
 
   Take m_take;
+  qsizetype m_longest;
   Place m_place = Place::before;
   int m_depth = 0;
   QByteArray m_object;

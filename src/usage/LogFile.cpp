@@ -65,7 +65,8 @@ private:
     const FileIdentity identity = FileIdentity::of(info);
     if (S_ISREG(info.st_mode) && hasExtension(name, m_extensions) &&
         identity.modifiedAt() >= m_since) {
-      m_files.push_back({.path = path + '/' + name, .identity = identity});
+      m_files.push_back(
+          {.path = path + '/' + name, .identity = identity, .hasOtherNames = info.st_nlink > 1});
     }
   }
 

@@ -15,6 +15,7 @@ namespace morvo {
 struct LogFile {
   std::string path;
   FileIdentity identity;
+  bool hasOtherNames = false; ///< By hard links.
 
   /// The regular files at any depth below `folder` that have one of the extensions (without their
   /// dot) and were changed at `since` or later. The folder itself may be a symbolic link; those

@@ -6,15 +6,17 @@
 #include <atomic>
 #include <map>
 #include <stop_token>
+#include <string>
 #include <system_error>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 namespace morvo {
 
-/// What is remembered of many logs, by the file that each is, whatever it is called. `Log` is
-/// `ClaudeLog` or `CodexLog`. Not thread-safe.
+/// What is remembered of many logs. A file with several names is one log. `Log` is `ClaudeLog` or a
+/// `LastRecordLog`. Not thread-safe.
 template <typename Log> class LogMemory {
 public:
   /// Reads what the files say beyond what is known, the largest first, and forgets the logs that
@@ -54,7 +56,9 @@ private:
   /// Less is read before another thread has begun.
   static constexpr std::int64_t worthAnotherThread = std::int64_t{2} << 20U;
 
-  using Key = std::pair<std::uint64_t, std::uint64_t>;
+  /// The device and the number of a file, and its path where it has no other: some file systems
+  /// give one number to several files.
+  using Key = std::tuple<std::uint64_t, std::uint64_t, std::string>;
 
   struct Job {
     Log *log = nullptr;
@@ -62,7 +66,10 @@ private:
     std::int64_t bytes = 0;
   };
 
-  static Key keyOf(const LogFile &file) { return {file.identity.device, file.identity.inode}; }
+  static Key keyOf(const LogFile &file) {
+    return {file.identity.device, file.identity.inode,
+            file.hasOtherNames ? std::string() : file.path};
+  }
 
   void forgetOthers(const std::vector<LogFile> &files) {
     std::map<Key, Log> logs;

@@ -6,14 +6,14 @@
 
 namespace morvo {
 
-MarkedLines::MarkedLines(std::string_view marker, std::size_t block)
-    : m_marker(marker), m_block(block) {}
+MarkedLines::MarkedLines(std::string_view marker, std::size_t block, std::size_t longest)
+    : m_marker(marker), m_block(block), m_longest(longest) {}
 
 void MarkedLines::reserve(std::size_t size) {
   if (size <= m_capacity) {
     return;
   }
-  const std::size_t capacity = std::max(size, std::min(2 * m_capacity, longestLine + m_block));
+  const std::size_t capacity = std::max(size, std::min(2 * m_capacity, m_longest + m_block));
   auto buffer = std::make_unique_for_overwrite<char[]>(capacity + padding);
   if (m_used > 0) {
     std::memcpy(buffer.get(), m_buffer.get(), m_used);
@@ -23,26 +23,12 @@ void MarkedLines::reserve(std::size_t size) {
 }
 
 void MarkedLines::search(std::size_t begin, std::size_t end, const Take &take, bool isWhole) const {
-  const char *from = m_buffer.get() + begin;
-  const char *const limit = m_buffer.get() + end;
-  while (from < limit) {
-    const auto *const hit = static_cast<const char *>(
-        ::memmem(from, static_cast<std::size_t>(limit - from), m_marker.data(), m_marker.size()));
-    if (hit == nullptr) {
-      return;
-    }
-    const auto *const before =
-        static_cast<const char *>(::memrchr(from, '\n', static_cast<std::size_t>(hit - from)));
-    const auto *const after =
-        static_cast<const char *>(std::memchr(hit, '\n', static_cast<std::size_t>(limit - hit)));
-    const char *const lineBegin = before == nullptr ? from : before + 1;
-    const char *const lineEnd = after == nullptr ? limit : after;
-    const std::string_view line(lineBegin, lineEnd);
-    if (line.size() <= longestLine) {
-      take(line, isWhole);
-    }
-    from = lineEnd + 1;
-  }
+  LogLine::eachMarked({m_buffer.get() + begin, end - begin}, m_marker,
+                      [this, &take, isWhole](std::string_view line) {
+                        if (line.size() <= m_longest) {
+                          take(line, isWhole);
+                        }
+                      });
 }
 
 void MarkedLines::digest(std::size_t count, std::int64_t position, Place &place, const Take &take) {
@@ -50,7 +36,7 @@ void MarkedLines::digest(std::size_t count, std::int64_t position, Place &place,
   const auto *const last = static_cast<const char *>(::memrchr(block, '\n', count));
   if (last == nullptr) {
     m_used += count;
-    if (place.isInLongLine || m_used > longestLine) {
+    if (place.isInLongLine || m_used > m_longest) {
       place = {.offset = position, .isInLongLine = true};
       m_used = 0;
     }

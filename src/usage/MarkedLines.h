@@ -1,5 +1,6 @@
 #pragma once
 
+#include "usage/LogLine.h"
 #include "usage/OpenLog.h"
 
 #include <cstddef>
@@ -12,15 +13,13 @@
 
 namespace morvo {
 
-/// Reads a log from front to back and hands over the lines that hold a marker. The marker is sought
-/// in whole blocks, and line ends only around a hit, so that what does not matter costs little more
-/// than its copying. Holds no more memory than the longest line and a block.
+/// Reads a log from front to back and hands over the lines that hold a marker, but for those beyond
+/// `LogLine::longest`. Holds no more memory than the longest line of a log, twice while the buffer
+/// grows, and a block; what a long line took is given back when the next log is read.
 ///
 /// Not thread-safe; use one for many files.
 class MarkedLines {
 public:
-  /// Longer lines are passed over.
-  static constexpr std::size_t longestLine = std::size_t{4} << 20U;
   /// Bytes that may be read, though they mean nothing, behind a line that is handed over.
   static constexpr std::size_t padding = 64;
   static constexpr std::size_t standardBlock = std::size_t{256} << 10U;
@@ -38,8 +37,9 @@ public:
   /// valid during the call.
   using Take = std::function<void(std::string_view line, bool isWhole)>;
 
-  /// The block size is a parameter for tests.
-  explicit MarkedLines(std::string_view marker, std::size_t block = standardBlock);
+  /// The block size and the length of the longest line are parameters for tests.
+  explicit MarkedLines(std::string_view marker, std::size_t block = standardBlock,
+                       std::size_t longest = LogLine::longest);
 
   /// Hands over the lines from `place` to the end that the log had when it was opened, or has by
   /// now if it has become shorter. The place to go on from when it has grown: behind the last line
@@ -56,6 +56,7 @@ private:
 
   std::string_view m_marker;
   std::size_t m_block;
+  std::size_t m_longest;
   std::size_t m_capacity = 0;
   std::unique_ptr<char[]> m_buffer;
   std::size_t m_used = 0;

@@ -1,7 +1,8 @@
 #include "usage/UsageReader.h"
 
 #include "usage/ClaudeLog.h"
-#include "usage/CodexLog.h"
+#include "usage/CodexLine.h"
+#include "usage/LastRecordLog.h"
 #include "usage/LogMemory.h"
 #include "usage/LogTime.h"
 #include "usage/TokenCount.h"
@@ -21,6 +22,9 @@ constexpr std::array<std::string_view, 1> extensions{"jsonl"};
 
 /// The model that Codex's sessions are reckoned by.
 constexpr std::string_view codexModel = "gpt-5";
+
+/// Of a session of Codex the last totals count.
+using CodexLog = LastRecordLog<CodexLine::marker, CodexLine::totals>;
 
 } // namespace
 
@@ -52,7 +56,7 @@ public:
     m_codex.update(files, since, stop);
     std::vector<TokenEvent> events;
     for (const LogFile &file : files) {
-      const auto &totals = m_codex.of(file).totals();
+      const auto &totals = m_codex.of(file).last();
       if (totals && totals->total > 0) {
         events.push_back(sessionEvent(*totals, file.identity.modifiedAt()));
       }

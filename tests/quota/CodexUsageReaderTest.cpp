@@ -210,6 +210,43 @@ TEST_F(CodexUsageReaderTest, WhatWasAppendedReplacedOrRemovedShows) {
   EXPECT_FALSE(primary());
 }
 
+TEST_F(CodexUsageReaderTest, OfALogThatHasGrownOnlyWhatIsNewIsRead) {
+  // As with an API key: records, but nothing in them.
+  const QByteArray none = "{\"rate_limits\":null}\n";
+  const QByteArray around = none.repeated(400);
+  const QByteArray record = limits(7) + '\n';
+  put(u"a.jsonl"_s, around + QByteArray(record.size() - 1, ' ') + '\n' + around, 9);
+  EXPECT_FALSE(primary());
+  // A record slipped in, far from both ends of what is known, is not come across.
+  put(u"a.jsonl"_s, around + record + around + none, 8);
+  EXPECT_FALSE(primary());
+  put(u"a.jsonl"_s, around + record + around + none + limits(3).left(40), 7);
+  EXPECT_FALSE(primary());
+  put(u"a.jsonl"_s, around + record + around + none + limits(3), 6);
+  EXPECT_EQ(primary(), 3);
+  put(u"a.jsonl"_s, around + record + around + none + limits(3) + '\n' + none, 5);
+  EXPECT_EQ(primary(), 3);
+}
+
+TEST_F(CodexUsageReaderTest, ALogThatCannotBeOpenedForAMomentIsTriedAgain) {
+  put(u"a.jsonl"_s, limits(1), 0);
+  ASSERT_EQ(::chmod(QFile::encodeName(m_folder.path()).constData(), 0755), 0);
+  ASSERT_EQ(::chmod(QFile::encodeName(logPath(u"a.jsonl"_s)).constData(), 0600), 0);
+  if (::geteuid() == 0) {
+    const test::Unprivileged user;
+    ASSERT_TRUE(user.works());
+    EXPECT_FALSE(primary());
+  }
+  EXPECT_EQ(primary(), 1);
+}
+
+TEST_F(CodexUsageReaderTest, ARecordOf64MegabytesCounts) {
+  const QByteArray record = limits(6);
+  put(u"a.jsonl"_s,
+      record.chopped(1) + QByteArray((qsizetype{64} << 20U) - record.size(), ' ') + "}\n{}\n");
+  EXPECT_EQ(primary(), 6);
+}
+
 TEST_F(CodexUsageReaderTest, AStopEndsTheLook) {
   put(u"a.jsonl"_s, limits(1));
   std::stop_source stop;

@@ -1,6 +1,7 @@
 #include "usage/GenericUsageReader.h"
 #include "base/Json.h"
 #include "support/ManualClock.h"
+#include "support/Unprivileged.h"
 #include "usage/LogTree.h"
 
 #include <gmock/gmock.h>
@@ -65,6 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
         RecordCase{R"({"input_tokens":"1200"})", {1200}},
         RecordCase{R"({"input_tokens":"+1200"})", {1200}},
         RecordCase{R"({"input_tokens":"12a"})", {0, 0, true}},
+        RecordCase{R"({"input_tokens":"99999999999999999999","output_tokens":1})", {1}},
         RecordCase{R"({"input_tokens":12.9})", {12}},
         RecordCase{R"({"input_tokens":0.9})", {0, 0, true}},
         RecordCase{R"({"input_tokens":true})", {0, 0, true}},
@@ -155,8 +157,31 @@ TEST_F(GenericUsageReaderTest, ChangedFilesAreReadAgain) {
   write(QStringLiteral(".tool/log.jsonl"), "{\"input_tokens\":5}\n");
   EXPECT_THAT(read(), ElementsAre(5));
   EXPECT_THAT(read(), ElementsAre(5));
-  write(QStringLiteral(".tool/log.jsonl"), "{\"input_tokens\":6}\n");
+  m_tree.rewrite(QStringLiteral(".tool/log.jsonl"), "{\"input_tokens\":6}\n",
+                 m_clock.now() - std::chrono::hours(1));
   EXPECT_THAT(read(), ElementsAre(6));
+}
+
+TEST_F(GenericUsageReaderTest, AFileThatCannotBeOpenedForAMomentIsTriedAgain) {
+  write(QStringLiteral(".tool/log.jsonl"), "{\"input_tokens\":5}\n");
+  ASSERT_EQ(::chmod(QFile::encodeName(m_tree.path(QString())).constData(), 0755), 0);
+  ASSERT_EQ(
+      ::chmod(QFile::encodeName(m_tree.path(QStringLiteral(".tool/log.jsonl"))).constData(), 0600),
+      0);
+  if (::geteuid() == 0) {
+    const test::Unprivileged user;
+    ASSERT_TRUE(user.works());
+    EXPECT_THAT(read(), IsEmpty());
+  }
+  EXPECT_THAT(read(), ElementsAre(5));
+}
+
+TEST_F(GenericUsageReaderTest, ARecordOf64MegabytesCounts) {
+  const QByteArray blank((qsizetype{64} << 20U) - 18, ' ');
+  write(QStringLiteral(".tool/log.jsonl"), "{\"input_tokens\":5" + blank + "}\n");
+  write(QStringLiteral(".tool/log.json"), "[\n{\"input_tokens\":6" + blank + "}]\n",
+        std::chrono::hours(2));
+  EXPECT_THAT(read(), ElementsAre(5, 6));
 }
 
 TEST_F(GenericUsageReaderTest, CountsOfManyRecordsEndAtTheLimits) {

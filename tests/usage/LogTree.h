@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/HomeFolder.h"
+#include "usage/FileIdentity.h"
 #include "usage/TokenEvent.h"
 
 #include <QDir>
@@ -33,8 +34,22 @@ public:
     const timespec times[]{stamp, stamp};
     ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(path(relative)).constData(), times, 0), 0);
   }
+  /// Writes a file anew that is there, and lets only the time of the change to its record tell:
+  /// that clock of the file system may stand still for some milliseconds.
+  void rewrite(const QString &relative, const QByteArray &content, WallTime time) const {
+    const auto before = identity(relative);
+    write(relative, content);
+    do {
+      setModified(relative, time);
+    } while (!testing::Test::HasFatalFailure() && identity(relative).changed == before.changed);
+  }
 
 private:
+  [[nodiscard]] FileIdentity identity(const QString &relative) const {
+    struct stat info{};
+    EXPECT_EQ(::stat(QFile::encodeName(path(relative)).constData(), &info), 0);
+    return FileIdentity::of(info);
+  }
   void open(const QString &relative, const QByteArray &content, QIODevice::OpenMode mode) const {
     ASSERT_TRUE(QDir().mkpath(QFileInfo(path(relative)).path()));
     QFile file(path(relative));

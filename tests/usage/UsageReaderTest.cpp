@@ -1,7 +1,9 @@
 #include "usage/UsageReader.h"
 #include "support/ManualClock.h"
+#include "usage/ClaudeLog.h"
+#include "usage/LogLine.h"
+#include "usage/LogMemory.h"
 #include "usage/LogTree.h"
-#include "usage/MarkedLines.h"
 
 #include <QFile>
 
@@ -31,6 +33,12 @@ protected:
   }
   void append(const QString &path, const QByteArray &content) {
     m_tree.append(path, content);
+    m_tree.setModified(path, m_clock.now());
+  }
+  /// Adds so many zeros, which take no room on the disk.
+  void lengthen(const QString &path, std::size_t bytes) {
+    QFile file(m_tree.path(path));
+    ASSERT_TRUE(file.resize(file.size() + static_cast<qint64>(bytes)));
     m_tree.setModified(path, m_clock.now());
   }
   [[nodiscard]] std::vector<std::int64_t> claude(double hours = week) {
@@ -157,7 +165,7 @@ TEST_F(UsageReaderTest, AnotherLogInItsPlaceIsReadWhole) {
 TEST_F(UsageReaderTest, AChangeThatKeepsSizeAndTimeIsSeen) {
   write(m_claudeLog, claudeReply(1) + '\n');
   EXPECT_THAT(claude(), ElementsAre(1));
-  write(m_claudeLog, claudeReply(2) + '\n');
+  m_tree.rewrite(m_claudeLog, claudeReply(2) + '\n', m_clock.now() - std::chrono::hours(1));
   EXPECT_THAT(claude(), ElementsAre(2));
 }
 
@@ -178,11 +186,22 @@ TEST_F(UsageReaderTest, ALogWithTwoNamesCountsTwice) {
   EXPECT_THAT(claude(), ElementsAre(1, 1));
 }
 
+TEST_F(UsageReaderTest, AReplyOf64MegabytesCounts) {
+  QByteArray reply = claudeReply(2);
+  const QByteArray text = "\"text\":\"";
+  ASSERT_TRUE(reply.contains(text));
+  const QByteArray filler(static_cast<qsizetype>(LogLine::longest) - reply.size(), 'x');
+  reply.insert(reply.indexOf(text) + text.size(), filler);
+  write(m_claudeLog, claudeReply(1) + '\n' + reply + '\n' + claudeReply(3));
+  EXPECT_THAT(claude(), ElementsAre(1, 2, 3));
+}
+
 TEST_F(UsageReaderTest, ALineThatIsTooLongHidesNoOther) {
-  const QByteArray tooLong(static_cast<qsizetype>(MarkedLines::longestLine) + 1, 'x');
-  write(m_claudeLog, claudeReply(1) + '\n' + tooLong);
+  write(m_claudeLog, claudeReply(1) + '\n');
+  lengthen(m_claudeLog, LogLine::longest + 1);
   EXPECT_THAT(claude(), ElementsAre(1));
-  append(m_claudeLog, tooLong + claudeReply(2));
+  lengthen(m_claudeLog, 5);
+  append(m_claudeLog, claudeReply(2));
   EXPECT_THAT(claude(), ElementsAre(1));
   append(m_claudeLog, '\n' + claudeReply(3));
   EXPECT_THAT(claude(), ElementsAre(1, 3));
@@ -256,16 +275,55 @@ TEST_F(UsageReaderTest, TotalsFarFromTheEndAreFound) {
   EXPECT_THAT(codex(), ElementsAre(9));
 }
 
+TEST_F(UsageReaderTest, TotalsOf64MegabytesCount) {
+  const QByteArray totals = codexTotals(2);
+  const QByteArray blank(static_cast<qsizetype>(LogLine::longest) - totals.size(), ' ');
+  write(m_codexLog, codexTotals(1) + '\n' + totals.chopped(1) + blank + "}\n{}\n");
+  EXPECT_THAT(codex(), ElementsAre(2));
+}
+
 TEST_F(UsageReaderTest, ALineOfASessionThatIsTooLongHidesNoOther) {
-  const QByteArray tooLong(static_cast<qsizetype>(MarkedLines::longestLine) + 1, 'x');
-  write(m_codexLog, codexTotals(1) + '\n' + tooLong);
+  write(m_codexLog, codexTotals(1) + '\n');
+  lengthen(m_codexLog, LogLine::longest + 1);
   EXPECT_THAT(codex(), ElementsAre(1));
   append(m_codexLog, codexTotals(2));
   EXPECT_THAT(codex(), ElementsAre(1));
   append(m_codexLog, "\n");
   EXPECT_THAT(codex(), ElementsAre(1));
-  append(m_codexLog, codexTotals(3) + '\n');
+  append(m_codexLog, codexTotals(3));
   EXPECT_THAT(codex(), ElementsAre(3));
+  append(m_codexLog, "\n");
+  EXPECT_THAT(codex(), ElementsAre(3));
+}
+
+/// Two files that the file system gives one number, as some network file systems do.
+class TwoOfOneNumber : public UsageReaderTest {
+protected:
+  void SetUp() override {
+    m_tree.write(QStringLiteral("a.jsonl"), claudeReply(1) + '\n');
+    m_tree.write(QStringLiteral("b.jsonl"), claudeReply(2) + '\n');
+  }
+  [[nodiscard]] std::vector<std::int64_t> read(bool hasOtherNames) {
+    std::vector<LogFile> files;
+    for (const auto *name : {"a.jsonl", "b.jsonl"}) {
+      files.push_back({.path = m_tree.path(QString::fromLatin1(name)).toStdString(),
+                       .identity = {.device = 1, .inode = 2, .size = 3},
+                       .hasOtherNames = hasOtherNames});
+    }
+    LogMemory<ClaudeLog> memory;
+    memory.update(files, WallTime(), {});
+    std::vector<TokenEvent> events;
+    for (const LogFile &file : files) {
+      memory.of(file).append(WallTime(), events);
+    }
+    return billables(events);
+  }
+};
+
+TEST_F(TwoOfOneNumber, AreTwoLogs) { EXPECT_THAT(read(false), ElementsAre(1, 2)); }
+
+TEST_F(TwoOfOneNumber, AreOneWhereAFileHasSeveralNames) {
+  EXPECT_THAT(read(true), ElementsAre(1, 1));
 }
 
 } // namespace
