@@ -20,10 +20,9 @@ const QString loggedIn = QStringLiteral("已登录");
 
 /// The object that is the member of that name in the object that the text is. What stands beside it
 /// is only checked for closed brackets and texts.
-std::optional<QJsonObject> objectIn(QByteArray text, std::string_view name) {
+std::optional<QJsonObject> objectIn(QByteArrayView text, std::string_view name) {
   namespace json = simdjson::ondemand;
   const auto size = static_cast<std::size_t>(text.size());
-  text.append(static_cast<qsizetype>(simdjson::SIMDJSON_PADDING), ' ');
   json::parser parser;
   json::document document;
   json::object object;
@@ -41,7 +40,7 @@ std::optional<QJsonObject> objectIn(QByteArray text, std::string_view name) {
     return value.get_object().get(member) == simdjson::SUCCESS &&
            member.raw_json().get(found) == simdjson::SUCCESS;
   };
-  if (parser.iterate(text.constData(), size, static_cast<std::size_t>(text.size())).get(document) !=
+  if (parser.iterate(text.data(), size, size + simdjson::SIMDJSON_PADDING).get(document) !=
           simdjson::SUCCESS ||
       document.get_object().get(object) != simdjson::SUCCESS || !JsonMembers::each(object, look) ||
       document.current_location().error() != simdjson::OUT_OF_BOUNDS) {
@@ -64,8 +63,8 @@ QString prettyPlan(const QJsonObject &account) {
   return found == plans.end() ? account.value(u"billingType").toString() : found->second;
 }
 
-std::optional<AgentAccount> claudeAccount(QByteArray text) {
-  const auto account = objectIn(std::move(text), "oauthAccount");
+std::optional<AgentAccount> claudeAccount(QByteArrayView text) {
+  const auto account = objectIn(text, "oauthAccount");
   if (!account) {
     return std::nullopt;
   }
@@ -75,8 +74,8 @@ std::optional<AgentAccount> claudeAccount(QByteArray text) {
                       .plan = prettyPlan(*account)};
 }
 
-std::optional<AgentAccount> codexAccount(QByteArray text) {
-  const auto file = Json::parseObject(text);
+std::optional<AgentAccount> codexAccount(QByteArrayView text) {
+  const auto file = Json::parseObject(QByteArray::fromRawData(text.data(), text.size()));
   if (!file) {
     return std::nullopt;
   }
@@ -111,7 +110,9 @@ std::optional<AgentAccount> AccountReader::account(const QString &path, Parse *p
     if (!content) {
       return std::nullopt;
     }
-    known = {.identity = identity, .account = parse(*std::move(content))};
+    const qsizetype size = content->size();
+    content->append(static_cast<qsizetype>(simdjson::SIMDJSON_PADDING), ' ');
+    known = {.identity = identity, .account = parse(QByteArrayView(*content).first(size))};
   }
   return known.account;
 }

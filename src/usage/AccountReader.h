@@ -30,7 +30,8 @@ private:
     FileIdentity identity;
     std::optional<AgentAccount> account;
   };
-  using Parse = std::optional<AgentAccount>(QByteArray text);
+  /// Behind the text there is room for a parser that reads ahead.
+  using Parse = std::optional<AgentAccount>(QByteArrayView text);
 
   [[nodiscard]] std::optional<AgentAccount> account(const QString &path, Parse *parse,
                                                     Known &known);

@@ -37,12 +37,12 @@ bool BackwardLines::search(QByteArrayView text,
                            const std::function<bool(const QByteArray &)> &take) const {
   // Found from the front, which is what the C library does fast.
   std::vector<std::string_view> lines;
-  LogLine::eachMarked({text.data(), static_cast<std::size_t>(text.size())},
-                      {m_marker.constData(), static_cast<std::size_t>(m_marker.size())},
+  const std::string_view marker(m_marker.constData(), static_cast<std::size_t>(m_marker.size()));
+  LogLine::eachMarked({text.begin(), text.end()}, marker,
                       [&lines](std::string_view line) { lines.push_back(line); });
   return std::ranges::any_of(lines.rbegin(), lines.rend(), [this, &take](std::string_view line) {
     const auto length = static_cast<qsizetype>(line.size());
-    return length <= m_longest && take(QByteArray(line.data(), length));
+    return length <= m_longest && take(QByteArray(line.begin(), length));
   });
 }
 

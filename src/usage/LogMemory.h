@@ -96,6 +96,7 @@ private:
       }
     }
     std::vector<Job> list;
+    list.reserve(jobs.size());
     for (const auto &[key, job] : jobs) {
       list.push_back(job);
     }

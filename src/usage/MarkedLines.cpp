@@ -14,16 +14,14 @@ void MarkedLines::reserve(std::size_t size) {
     return;
   }
   const std::size_t capacity = std::max(size, std::min(2 * m_capacity, m_longest + m_block));
-  auto buffer = std::make_unique_for_overwrite<char[]>(capacity + padding);
-  if (m_used > 0) {
-    std::memcpy(buffer.get(), m_buffer.get(), m_used);
-  }
+  QByteArray buffer(static_cast<qsizetype>(capacity + padding), Qt::Uninitialized);
+  std::copy_n(m_buffer.constData(), m_used, buffer.data());
   m_buffer = std::move(buffer);
   m_capacity = capacity;
 }
 
 void MarkedLines::search(std::size_t begin, std::size_t end, const Take &take, bool isWhole) const {
-  LogLine::eachMarked({m_buffer.get() + begin, end - begin}, m_marker,
+  LogLine::eachMarked({m_buffer.constData() + begin, end - begin}, m_marker,
                       [this, &take, isWhole](std::string_view line) {
                         if (line.size() <= m_longest) {
                           take(line, isWhole);
@@ -32,7 +30,7 @@ void MarkedLines::search(std::size_t begin, std::size_t end, const Take &take, b
 }
 
 void MarkedLines::digest(std::size_t count, std::int64_t position, Place &place, const Take &take) {
-  const char *const block = m_buffer.get() + m_used;
+  const char *const block = m_buffer.constData() + m_used;
   const auto *const last = static_cast<const char *>(::memrchr(block, '\n', count));
   if (last == nullptr) {
     m_used += count;
@@ -47,11 +45,11 @@ void MarkedLines::digest(std::size_t count, std::int64_t position, Place &place,
     const auto *const first = static_cast<const char *>(std::memchr(block, '\n', count));
     begin = static_cast<std::size_t>(first + 1 - block);
   }
-  const auto end = static_cast<std::size_t>(last + 1 - m_buffer.get());
+  const auto end = static_cast<std::size_t>(last + 1 - m_buffer.constData());
   search(begin, end, take, true);
   const std::size_t rest = m_used + count - end;
   place = {.offset = position - static_cast<std::int64_t>(rest)};
-  std::memmove(m_buffer.get(), m_buffer.get() + end, rest);
+  std::memmove(m_buffer.data(), m_buffer.constData() + end, rest);
   m_used = rest;
 }
 
@@ -60,7 +58,7 @@ std::optional<MarkedLines::Place> MarkedLines::read(const OpenLog &log, Place pl
   if (m_capacity > 2 * m_block) {
     // The last file had long lines; the next need not have.
     m_capacity = 0;
-    m_buffer.reset();
+    m_buffer.clear();
   }
   m_used = 0;
   std::int64_t position = place.offset;
@@ -68,7 +66,7 @@ std::optional<MarkedLines::Place> MarkedLines::read(const OpenLog &log, Place pl
     const auto wanted = static_cast<std::size_t>(
         std::min(static_cast<std::int64_t>(m_block), log.identity().size - position));
     reserve(m_used + wanted);
-    const auto count = log.read(position, m_buffer.get() + m_used, wanted);
+    const auto count = log.read(position, m_buffer.data() + m_used, wanted);
     if (!count || stop.stop_requested()) {
       return std::nullopt;
     }

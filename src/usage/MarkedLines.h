@@ -3,10 +3,11 @@
 #include "usage/LogLine.h"
 #include "usage/OpenLog.h"
 
+#include <QByteArray>
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string_view>
@@ -58,7 +59,8 @@ private:
   std::size_t m_block;
   std::size_t m_longest;
   std::size_t m_capacity = 0;
-  std::unique_ptr<char[]> m_buffer;
+  /// Has room for that many bytes and the padding.
+  QByteArray m_buffer;
   std::size_t m_used = 0;
 };
 
