@@ -82,6 +82,18 @@ TEST_F(EntryModesTest, anEmptyValueIsNoMode) {
   EXPECT_FALSE(take());
 }
 
+TEST_F(EntryModesTest, onlyAOneSwitchesAModeOn) {
+  for (const auto *variable : {"MORVO_SCAN", "MORVO_CODEX_LIMIT", "MORVO_CONNECT_TEST"}) {
+    for (const auto *value : {"0", "true", "", "01", " 1"}) {
+      set(variable, QString::fromLatin1(value));
+      EXPECT_FALSE(take()) << variable << "=" << value;
+    }
+  }
+  set("MORVO_CODEX_LIMIT", QStringLiteral("1"));
+  EXPECT_TRUE(take());
+  EXPECT_THAT(m_lines, ElementsAre(QStringLiteral("[CODEX] 没读到 rate_limits")));
+}
+
 TEST_F(EntryModesTest, theSceneIsWrittenAsAPicture) {
   frames(QStringLiteral("idle"), {Qt::red, Qt::green});
   EXPECT_EQ(scene(QStringLiteral("calm:%1")), QColor(Qt::red));

@@ -74,6 +74,20 @@ TEST_F(PetStoreUsageTest, TheCloudIsToldThePercentageOfTheFigures) {
                 {u"kind"_s, u"usage"_s}, {u"provider"_s, u"local"_s}, {u"usedPct"_s, 33}}}));
 }
 
+TEST_F(PetStoreUsageTest, TheCloudIsToldTheAgentsOwnFigureWhereThereIsOne) {
+  start();
+  m_usage.result.agents = {claude(40)};
+  m_store->captureUsage();
+  ASSERT_EQ(lastPosted().size(), 1);
+  EXPECT_EQ(lastPosted().first().value(u"usedPct"), 40);
+  m_usage.result.agents = {claude(1)};
+  m_store->captureUsage();
+  EXPECT_EQ(lastPosted().first().value(u"usedPct"), 1);
+  m_usage.result.agents = {claude(0)};
+  m_store->captureUsage();
+  EXPECT_EQ(lastPosted().first().value(u"usedPct"), 33) << "nothing used is no figure";
+}
+
 TEST_F(PetStoreUsageTest, AShallowLookPublishesTheAgentsAndReadsNoLog) {
   start();
   m_usage.agentsThere = {codex()};
