@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace morvo::FrameFile {
 namespace {
@@ -30,6 +32,23 @@ bool isSound(const QImageReader &reader) {
   return qint64{size.width()} * size.height() * (bits / 8) <= mostBytes;
 }
 
+/// Opens a regular file to read, and tells of it; nothing for any other file. Waits for no writer,
+/// as opening a pipe would.
+std::optional<struct stat> openRegular(const QString &path, QFile &file) {
+  const int descriptor =
+      ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0) {
+    return std::nullopt;
+  }
+  struct stat status{};
+  if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
+      !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+    ::close(descriptor);
+    return std::nullopt;
+  }
+  return status;
+}
+
 /// Whether the file was written to its end.
 bool isWhole(QFile &file) {
   return file.seek(std::max<qint64>(file.size() - longestTail, 0)) &&
@@ -39,12 +58,9 @@ bool isWhole(QFile &file) {
 } // namespace
 
 std::optional<SpriteFrame> probe(const QString &path) {
-  struct stat status{};
-  if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return std::nullopt;
-  }
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) {
+  QFile file;
+  const auto status = openRegular(path, file);
+  if (!status) {
     return std::nullopt;
   }
   // Before anything else, so that an empty or torn file is not worth a complaint of the decoder.
@@ -57,8 +73,8 @@ std::optional<SpriteFrame> probe(const QString &path) {
   if (!isSound(reader)) {
     return std::nullopt;
   }
-  const auto written = std::chrono::seconds(status.st_mtim.tv_sec) +
-                       std::chrono::nanoseconds(status.st_mtim.tv_nsec);
+  const auto written = std::chrono::seconds(status->st_mtim.tv_sec) +
+                       std::chrono::nanoseconds(status->st_mtim.tv_nsec);
   SpriteFrame frame;
   frame.path = path;
   frame.version = written.count();
@@ -67,8 +83,8 @@ std::optional<SpriteFrame> probe(const QString &path) {
 }
 
 QImage decode(const QString &path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly) || !isWhole(file) || !file.seek(0)) {
+  QFile file;
+  if (!openRegular(path, file) || !isWhole(file) || !file.seek(0)) {
     return {};
   }
   QImageReader reader(&file, frameFormat);

@@ -1,5 +1,6 @@
 #include "pet/MenubarFrames.h"
 
+#include "pet/FrameFile.h"
 #include "pet/PetFolder.h"
 
 #include <gmock/gmock.h>
@@ -99,6 +100,13 @@ TEST(MenubarFramesTest, whatIsNoRegularFileIsNeverOpened) {
             0);
   MenubarFrames frames(folder.files());
   EXPECT_EQ(frames.idle(pet, 18, 1).size(), 1U);
+}
+
+TEST(MenubarFramesTest, aFrameThatBecameAPipeIsNeverWaitedFor) {
+  const PetFolder folder;
+  const QString pipe = folder.stateFolder(pet, idle) + QStringLiteral("/1.png");
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  EXPECT_TRUE(FrameFile::decode(pipe).isNull());
 }
 
 TEST(MenubarFramesTest, aLargeFrameGivesTheIconOfTheSameFrameInSmall) {
