@@ -261,15 +261,23 @@ void PetScene::setMood(const QString &mood) {
   catchUp();
 }
 
+void PetScene::setTheme(const AdaptiveColor &theme) {
+  if (theme == m_theme) {
+    return;
+  }
+  m_theme = theme;
+  if (m_pet && m_pet->texture() && !m_pet->texture()->picture.isNull()) {
+    m_pet->setTexture(firstPicture());
+  }
+}
+
 void PetScene::setPersona(const QString &personaId) {
   catchUp();
   m_stickyLoopState.reset();
   m_lastAutonomous.reset();
   m_sprites->setPersona(personaId);
   if (m_pet) {
-    if (const auto frame = firstFrame()) {
-      m_pet->setTexture(frame);
-    }
+    m_pet->setTexture(firstPicture());
   }
   applyNodeSize();
   playLoop();

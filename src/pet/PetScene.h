@@ -62,7 +62,7 @@ public:
   /// The frame sets with more than one frame.
   [[nodiscard]] QSet<QString> availableFrameSetsNow();
   /// The colour that the user chose, for the drawing that stands in for a pet without frames.
-  void setTheme(const AdaptiveColor &theme) { m_theme = theme; }
+  void setTheme(const AdaptiveColor &theme);
   void emitHearts();
 
   /// The user holds the pet, whose body tilts against `horizontalVelocity`, points a second; or has

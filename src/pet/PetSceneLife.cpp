@@ -155,11 +155,11 @@ void PetScene::dropGesture() {
 }
 
 void PetScene::perform(ProceduralGesture gesture) {
+  catchUp();
   if (!m_pet || m_lifeNode->actionForKey(Keys::lifeGesture) ||
       m_breathNode->actionForKey(Keys::lifeGesture)) {
     return;
   }
-  catchUp();
   m_lastAutonomous = rawValue(gesture);
   m_gestureHops = gesture == ProceduralGesture::bob;
   switch (gesture) {

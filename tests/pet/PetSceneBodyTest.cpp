@@ -397,6 +397,15 @@ TEST_F(PetSceneBodyTest, aGestureWhileAnotherRunsIsDropped) {
   EXPECT_EQ(m_scene.lastAutonomous(), QStringLiteral("bob"));
 }
 
+TEST_F(PetSceneBodyTest, aGestureThatEndedUnwatchedDropsNoOther) {
+  frames(idle, 2);
+  present();
+  m_scene.perform(ProceduralGesture::sway);
+  m_clock.advance(seconds(10));
+  m_scene.perform(ProceduralGesture::bob);
+  EXPECT_EQ(m_scene.lastAutonomous(), QStringLiteral("bob"));
+}
+
 class MadProfileTest : public PetSceneBodyTest, public testing::WithParamInterface<double> {};
 
 TEST_P(MadProfileTest, leavesAPetThatBreathesWithinItsLimits) {

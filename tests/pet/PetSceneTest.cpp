@@ -57,6 +57,35 @@ TEST_F(PetSceneTest, theDrawingHasTheUsersColour) {
   EXPECT_NEAR(shown.hue(), theme.dark.hue(), 3);
 }
 
+TEST_F(PetSceneTest, theDrawingTakesUpAnotherColour) {
+  present();
+  const QImage before = m_scene.pet()->texture()->picture;
+  const AdaptiveColor theme{QColor(200, 20, 20), QColor(220, 40, 40)};
+  m_scene.setTheme(theme);
+  const QImage after = m_scene.pet()->texture()->picture;
+  EXPECT_NE(after, before);
+  const std::uint64_t revision = m_scene.revision();
+  m_scene.setTheme(theme);
+  EXPECT_EQ(m_scene.revision(), revision);
+}
+
+TEST_F(PetSceneTest, anotherColourLeavesAPetOfFramesAlone) {
+  frames(idle, 2);
+  present();
+  const std::uint64_t revision = m_scene.revision();
+  m_scene.setTheme({QColor(200, 20, 20), QColor(220, 40, 40)});
+  EXPECT_EQ(m_scene.revision(), revision);
+}
+
+TEST_F(PetSceneTest, aPetWithoutFramesDoesNotLookLikeTheOneBefore) {
+  frames(idle, 2);
+  present();
+  m_scene.setPersona(QStringLiteral("custom-bare"));
+  EXPECT_FALSE(m_scene.pet()->texture()->picture.isNull());
+  m_scene.setPersona(pet);
+  EXPECT_EQ(shown(), QStringLiteral("idle/1"));
+}
+
 TEST_F(PetSceneTest, nothingRunsBeforeThePetIsPresented) {
   frames(idle, 2);
   EXPECT_FALSE(m_scene.frameInterval());
