@@ -12,14 +12,14 @@ namespace morvo {
 class ContextMenu {
 public:
   struct Entry {
-    /// Empty for a separator.
+    /// An entry of nothing at all is a separator.
     QString title;
     /// What choosing the entry does; without it the entry can be seen but not chosen.
     std::function<void()> choose;
     /// The submenu; with one the entry only opens it.
     std::vector<Entry> entries;
 
-    [[nodiscard]] bool isSeparator() const { return title.isEmpty(); }
+    [[nodiscard]] bool isSeparator() const { return title.isEmpty() && !isEnabled(); }
     [[nodiscard]] bool isEnabled() const { return choose || !entries.empty(); }
   };
 

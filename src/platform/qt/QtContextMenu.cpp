@@ -17,13 +17,14 @@ QtContextMenu::~QtContextMenu() { close(); }
 void QtContextMenu::popUp(std::vector<Entry> entries, QPoint at) {
   close();
   m_menu.reset(new QMenu);
+  m_life = std::make_shared<const bool>(true);
   fill(*m_menu, std::move(entries));
   m_menu->popup(at);
 }
 
 void QtContextMenu::close() {
   if (m_menu) {
-    m_menu->blockSignals(true);
+    m_life.reset();
     m_menu->close();
     m_menu.reset();
   }
@@ -41,8 +42,8 @@ void QtContextMenu::fill(QMenu &menu, std::vector<Entry> entries) {
       // Queued: the menu is gone from the screen before the entry acts.
       QObject::connect(
           action, &QAction::triggered, &menu,
-          [choose = std::move(entry.choose)] {
-            if (choose) {
+          [choose = std::move(entry.choose), life = std::weak_ptr(m_life)] {
+            if (choose && !life.expired()) {
               choose();
             }
           },

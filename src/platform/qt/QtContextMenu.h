@@ -24,9 +24,11 @@ private:
   struct DeleteLater {
     void operator()(QMenu *menu) const { menu->deleteLater(); }
   };
-  static void fill(QMenu &menu, std::vector<Entry> entries);
+  void fill(QMenu &menu, std::vector<Entry> entries);
 
   std::unique_ptr<QMenu, DeleteLater> m_menu;
+  /// Ends with the menu: what was chosen before is then no longer called.
+  std::shared_ptr<const bool> m_life;
 };
 
 } // namespace morvo
