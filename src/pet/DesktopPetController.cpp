@@ -146,18 +146,23 @@ void DesktopPetController::setBubble(const QString &text) {
 }
 
 void DesktopPetController::refreshLook() {
+  const std::uint64_t before = m_scene.revision();
+  useTheme();
   if (m_window) {
     m_window->setBubble(m_bubble, bubbleLook());
+    if (m_scene.revision() != before) {
+      m_window->wake();
+    }
   }
 }
 
 void DesktopPetController::setScale(double scale) {
   m_scale = scale;
-  if (m_window) {
+  if (m_window && m_motion) {
     const QRect place =
-        PanelGeometry::resized(m_motion->panel(), PanelGeometry::panelSize(m_scale));
-    m_window->resizeTo(place, PanelGeometry::spriteSide(m_scale));
+        PanelGeometry::resized(m_window->place(), PanelGeometry::panelSize(m_scale));
     m_motion->windowPlaced(place);
+    m_window->resizeTo(place, PanelGeometry::spriteSide(m_scale));
   }
 }
 
@@ -271,6 +276,12 @@ void DesktopPetController::released(const DragTrack &track) {
   }
 }
 
+void DesktopPetController::dropped() {
+  if (m_motion) {
+    m_motion->drop();
+  }
+}
+
 void DesktopPetController::clicked() {
   if (m_interactions != nullptr) {
     m_interactions->petTapped();
@@ -292,14 +303,14 @@ void DesktopPetController::catchUp() {
 }
 
 void DesktopPetController::recoverIfUnreachable() {
-  if (!m_motion || m_motion->isCarried()) {
-    // A hand brings it back when it lets go.
+  if (!m_motion || (m_motion->isCarried() && m_window->place().contains(m_screens->pointer()))) {
+    // A hand brings it back when it lets go. One that is elsewhere has let go unseen.
     return;
   }
   const auto areas = m_screens->areas();
   std::vector<QRect> workAreas;
   std::ranges::transform(areas, std::back_inserter(workAreas), &Screens::Area::workArea);
-  if (!workAreas.empty() && !PanelGeometry::isReachable(m_motion->panel(), workAreas)) {
+  if (!workAreas.empty() && !PanelGeometry::isReachable(m_window->place(), workAreas)) {
     m_motion->place(defaultPlace(m_window->size()).topLeft());
   }
 }

@@ -93,6 +93,7 @@ private:
   void pressed() override;
   void dragged(const DragTrack &track) override;
   void released(const DragTrack &track) override;
+  void dropped() override;
   void clicked() override;
   void menuRequested(QPoint at) override;
   void scrolled(double pixels) override;

@@ -57,6 +57,7 @@ DesktopPetWindow::DesktopPetWindow(const Ground &ground, PetTouch &touch)
 DesktopPetWindow::~DesktopPetWindow() { retire(); }
 
 void DesktopPetWindow::showAt(const QRect &place, int spriteSide) {
+  m_place = place;
   m_spriteSide = spriteSide;
   setGeometry(place);
   create();
@@ -72,10 +73,21 @@ void DesktopPetWindow::showAt(const QRect &place, int spriteSide) {
 }
 
 void DesktopPetWindow::resizeTo(const QRect &place, int spriteSide) {
+  m_place = place;
   m_spriteSide = spriteSide;
+  if (m_drag) {
+    m_drag->placeWindow(place.topLeft());
+  }
   setGeometry(place);
   layBubble(false);
   draw(QRect(QPoint(), size()));
+}
+
+void DesktopPetWindow::moveTo(QPoint corner) {
+  if (corner != m_place.topLeft()) {
+    m_place.moveTopLeft(corner);
+    setPosition(corner);
+  }
 }
 
 void DesktopPetWindow::retire() {
@@ -275,8 +287,9 @@ void DesktopPetWindow::mousePressEvent(QMouseEvent *event) {
     return;
   }
   if (event->button() == Qt::LeftButton) {
+    loseDrag();
     m_touch->pressed();
-    m_drag.emplace(event->globalPosition(), position(), timeOf(*event));
+    m_drag.emplace(event->globalPosition(), m_place.topLeft(), timeOf(*event));
   } else if (event->button() == Qt::RightButton) {
     m_touch->menuRequested(event->globalPosition().toPoint());
   }
@@ -288,7 +301,7 @@ void DesktopPetWindow::mouseMoveEvent(QMouseEvent *event) {
   }
   if (!event->buttons().testFlag(Qt::LeftButton)) {
     // Somebody else got the release, as a screen lock does.
-    endDrag();
+    loseDrag();
     return;
   }
   m_drag->move(event->globalPosition(), timeOf(*event));
@@ -312,6 +325,13 @@ void DesktopPetWindow::endDrag() {
     m_touch->released(*drag);
   } else if (drag) {
     m_touch->clicked();
+  }
+}
+
+void DesktopPetWindow::loseDrag() {
+  const auto drag = std::exchange(m_drag, std::nullopt);
+  if (drag && drag->hasMoved()) {
+    m_touch->dropped();
   }
 }
 

@@ -39,8 +39,12 @@ public:
 
   /// Creates the native window and shows it there.
   void showAt(const QRect &place, int spriteSide);
-  /// Moves and sizes the window together with its sprite.
+  /// Moves and sizes the window together with its sprite; a drag goes on from there.
   void resizeTo(const QRect &place, int spriteSide);
+  void moveTo(QPoint corner);
+  /// Where the window was put last, and how large. `geometry` may tell of an earlier place: the
+  /// server reports each step of a motion only after the next ones were made.
+  [[nodiscard]] const QRect &place() const { return m_place; }
   /// Takes the window off the screen for good; it touches nothing of its ground afterwards.
   void retire();
   /// The scene was told something: looks whether to draw, at once or with the next picture where
@@ -73,6 +77,8 @@ private:
   void updateRegions(bool whole);
   void compositingChanged();
   void endDrag();
+  /// Ends a drag whose end was not seen.
+  void loseDrag();
   [[nodiscard]] const QImage *canvas();
 
   Ground m_ground;
@@ -82,6 +88,7 @@ private:
   BubbleFade m_bubble;
   QString m_bubbleText;
   BubbleLook m_bubbleLook;
+  QRect m_place;
   int m_spriteSide = 0;
   double m_spriteOpacity = 1;
   Scheduler::Timer m_timer;

@@ -29,9 +29,9 @@ void DragTrack::move(QPointF pointer, Time at) {
   m_moved = m_moved || length(pointer - m_pressedAt) > clickReach;
 }
 
-QPoint DragTrack::windowOrigin() const {
-  return (QPointF(m_windowAt) + pointer() - m_pressedAt).toPoint();
-}
+void DragTrack::placeWindow(QPoint corner) { m_windowAt = corner - (pointer() - m_pressedAt); }
+
+QPoint DragTrack::windowOrigin() const { return (m_windowAt + pointer() - m_pressedAt).toPoint(); }
 
 QPointF DragTrack::velocity() const { return m_lastWay * framesPerSecond; }
 

@@ -21,6 +21,9 @@ public:
   /// The pointer is there now.
   void move(QPointF pointer, Time at);
 
+  /// Somebody else put the window's corner there, from where the drag goes on.
+  void placeWindow(QPoint corner);
+
   /// Where the window's corner belongs.
   [[nodiscard]] QPoint windowOrigin() const;
   [[nodiscard]] QPointF pointer() const { return m_samples.back().pointer; }
@@ -42,7 +45,7 @@ private:
   };
 
   QPointF m_pressedAt;
-  QPoint m_windowAt;
+  QPointF m_windowAt;
   /// The present place last; the first is what `lastWay` counts from.
   std::deque<Sample> m_samples;
   QPointF m_lastWay;

@@ -9,7 +9,7 @@
 
 namespace morvo {
 
-PetMotion::PetMotion(const Ground &ground) : m_ground(ground), m_origin(ground.window.position()) {}
+PetMotion::PetMotion(const Ground &ground) : m_ground(ground) {}
 
 PetMotion::~PetMotion() {
   endCarrying();
@@ -18,16 +18,15 @@ PetMotion::~PetMotion() {
 }
 
 void PetMotion::pickUp() {
+  endCarrying();
   endFlight();
   cancelStroll();
 }
 
-QRect PetMotion::panel() const {
-  return {isMoving() ? m_origin : m_ground.window.position(), m_ground.window.size()};
-}
-
 void PetMotion::carry(const DragTrack &track) {
-  moveTo(track.windowOrigin());
+  // The pet may have set out between the press and the first move.
+  cancelStroll();
+  m_ground.window.moveTo(track.windowOrigin());
   if (track.hasMoved()) {
     m_isCarried = true;
     m_ground.scene.setCarried(true, track.velocity().x());
@@ -44,6 +43,11 @@ void PetMotion::letGo(const DragTrack &track) {
   }
 }
 
+void PetMotion::drop() {
+  endCarrying();
+  recoverIfOffscreen();
+}
+
 void PetMotion::endCarrying() {
   if (m_isCarried) {
     m_isCarried = false;
@@ -57,7 +61,6 @@ void PetMotion::throwPet(QPointF velocity) {
     return;
   }
   cancelStroll();
-  m_origin = panel().topLeft();
   m_velocity = velocity;
   m_ground.scene.setTossed(true);
   m_ground.window.wake();
@@ -70,9 +73,9 @@ void PetMotion::flyOn() {
     endFlight();
     return;
   }
-  const PetFlight::Step step = PetFlight::physicsStep(panel(), m_velocity, *area);
+  const PetFlight::Step step = PetFlight::physicsStep(m_ground.window.place(), m_velocity, *area);
   m_velocity = step.velocity;
-  moveTo(step.origin);
+  m_ground.window.moveTo(step.origin);
   if (step.isAtRest) {
     endFlight();
   }
@@ -91,7 +94,7 @@ void PetMotion::strollRandom() {
   if (!area || isMoving()) {
     return;
   }
-  if (const auto distance = PetStroll::distance(panel(), *area, m_ground.random)) {
+  if (const auto distance = PetStroll::distance(m_ground.window.place(), *area, m_ground.random)) {
     stroll(*distance, PetStroll::speed);
   }
 }
@@ -100,10 +103,9 @@ void PetMotion::stroll(double distance, double speed) {
   if (isMoving() || !PetStroll::isWalk(distance)) {
     return;
   }
-  m_origin = m_ground.window.position();
   m_ground.scene.beginGait(distance);
   m_ground.window.wake();
-  m_walk = Walk{.startX = static_cast<double>(m_origin.x()),
+  m_walk = Walk{.startX = static_cast<double>(m_ground.window.place().x()),
                 .distance = distance,
                 .start = m_ground.clock.instant(),
                 .duration = PetStroll::duration(distance, speed),
@@ -112,7 +114,8 @@ void PetMotion::stroll(double distance, double speed) {
 
 void PetMotion::walkOn() {
   const double t = inSeconds(m_ground.clock.instant() - m_walk.start) / inSeconds(m_walk.duration);
-  moveTo({qRound(m_walk.startX + m_walk.distance * PetStroll::ease(t)), m_origin.y()});
+  m_ground.window.moveTo(
+      {qRound(m_walk.startX + m_walk.distance * PetStroll::ease(t)), m_ground.window.place().y()});
   if (t >= 1) {
     cancelStroll();
     recoverIfOffscreen();
@@ -129,7 +132,7 @@ void PetMotion::cancelStroll() {
 
 void PetMotion::comeHere() {
   cancelStroll();
-  const QRect at = panel();
+  const QRect at = m_ground.window.place();
   stroll(m_ground.screens.pointer().x() - at.width() / 2.0 - at.x(), PetStroll::speedToPointer);
 }
 
@@ -137,26 +140,18 @@ void PetMotion::place(QPoint origin) {
   endCarrying();
   endFlight();
   cancelStroll();
-  moveTo(origin);
+  m_ground.window.moveTo(origin);
 }
 
 void PetMotion::recoverIfOffscreen() {
   if (const auto area = workArea()) {
-    moveTo(PanelGeometry::recoveredOrigin(panel(), *area));
+    m_ground.window.moveTo(PanelGeometry::recoveredOrigin(m_ground.window.place(), *area));
   }
 }
 
 void PetMotion::windowPlaced(const QRect &panel) {
   if (isStrolling()) {
-    m_walk.startX += panel.x() - m_origin.x();
-  }
-  m_origin = panel.topLeft();
-}
-
-void PetMotion::moveTo(QPoint origin) {
-  m_origin = origin;
-  if (m_ground.window.position() != origin) {
-    m_ground.window.setPosition(origin);
+    m_walk.startX += panel.x() - m_ground.window.place().x();
   }
 }
 
@@ -167,7 +162,7 @@ std::optional<QRect> PetMotion::workArea() const {
   }
   std::vector<QRect> frames;
   std::ranges::transform(areas, std::back_inserter(frames), &Screens::Area::frame);
-  return areas[PanelGeometry::screenOf(panel(), frames).value_or(0)].workArea;
+  return areas[PanelGeometry::screenOf(m_ground.window.place(), frames).value_or(0)].workArea;
 }
 
 } // namespace morvo

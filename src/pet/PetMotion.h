@@ -34,12 +34,14 @@ public:
   PetMotion &operator=(const PetMotion &) = delete;
   ~PetMotion();
 
-  /// A hand is on the pet: a flight or a walk ends.
+  /// A hand is on the pet: whatever moved it ends.
   void pickUp();
   /// The pet goes with the pointer.
   void carry(const DragTrack &track);
   /// The hand lets go of a pet that it has carried: fast enough, and the pet flies.
   void letGo(const DragTrack &track);
+  /// The hand has let go of a pet that it has carried, nobody knows how.
+  void drop();
 
   /// Throws the pet, in pixels a second, y down. Too slow a throw does nothing.
   void throwPet(QPointF velocity);
@@ -56,14 +58,12 @@ public:
   void place(QPoint origin);
   /// Takes the pet back so far that it can be seen and taken hold of.
   void recoverIfOffscreen();
-  /// Somebody else has moved or sized the window; a flight or a walk goes on from there.
+  /// Somebody else is about to move or size the window; a flight or a walk goes on from there.
   void windowPlaced(const QRect &panel);
 
   [[nodiscard]] bool isCarried() const { return m_isCarried; }
   [[nodiscard]] bool isFlying() const { return m_flight.isActive(); }
   [[nodiscard]] bool isStrolling() const { return m_walk.timer.isActive(); }
-  /// Where the window stands, the last step included.
-  [[nodiscard]] QRect panel() const;
 
 private:
   struct Walk {
@@ -78,14 +78,11 @@ private:
   void walkOn();
   void endFlight();
   void endCarrying();
-  void moveTo(QPoint origin);
   [[nodiscard]] bool isMoving() const { return m_isCarried || isFlying() || isStrolling(); }
   /// Of the monitor on which the pet is, or of the main one.
   [[nodiscard]] std::optional<QRect> workArea() const;
 
   Ground m_ground;
-  /// The window's corner while the pet moves; the window itself may tell of a step only later.
-  QPoint m_origin;
   QPointF m_velocity;
   Scheduler::Timer m_flight;
   Walk m_walk;

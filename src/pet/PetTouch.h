@@ -19,6 +19,8 @@ public:
   virtual void dragged(const DragTrack &track) = 0;
   /// The button went up after a drag.
   virtual void released(const DragTrack &track) = 0;
+  /// A drag has ended, but nobody saw when or where.
+  virtual void dropped() = 0;
   /// The button went up where it had gone down, or nearly there.
   virtual void clicked() = 0;
   /// The right button went down, at this point of the desktop.

@@ -29,7 +29,7 @@ TEST_F(DesktopPetControllerTest, ShowsThePetAtItsDefaultPlaceInItsStoredSize) {
 
 TEST_F(DesktopPetControllerTest, ShowingAgainLeavesTheWindowAlone) {
   DesktopPetWindow &window = shown();
-  window.setPosition(40, 50);
+  window.moveTo({40, 50});
   m_controller->setVisible(true);
   EXPECT_EQ(m_controller->window(), &window);
   EXPECT_EQ(window.position(), QPoint(40, 50));
@@ -38,7 +38,7 @@ TEST_F(DesktopPetControllerTest, ShowingAgainLeavesTheWindowAlone) {
 TEST_F(DesktopPetControllerTest, HidingDropsTheWindowAndShowingBuildsItAnewAtTheDefaultPlace) {
   const QPointer<DesktopPetWindow> first(&shown());
   const QPoint place = first->position();
-  first->setPosition(40, 50);
+  first->moveTo({40, 50});
   m_controller->setVisible(false);
   EXPECT_FALSE(m_controller->isVisible());
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -123,7 +123,7 @@ TEST_F(DesktopPetControllerTest, APetWhoseMonitorIsTakenAwayComesBackToTheDefaul
   m_screens.change(two);
   DesktopPetWindow &window = shown();
   const QPoint place = window.position();
-  window.setPosition(2500, 400);
+  window.moveTo({2500, 400});
   m_screens.change(two);
   EXPECT_EQ(window.position(), QPoint(2500, 400));
   m_screens.change(one);
@@ -147,7 +147,7 @@ TEST_F(DesktopPetControllerTest, WhileNoMonitorIsThereThePetStaysForTheNext) {
 
 TEST_F(DesktopPetControllerTest, APetWithinReachStaysWhereThePersonPutIt) {
   DesktopPetWindow &window = shown();
-  window.setPosition(m_screens.workArea().right() - 60, 100);
+  window.moveTo({m_screens.workArea().right() - 60, 100});
   const QPoint place = window.position();
   m_screens.change(m_screens.areas());
   EXPECT_EQ(window.position(), place);
@@ -174,7 +174,9 @@ TEST_F(DesktopPetControllerTest, OffersTheActionsOfTheBuiltInPet) {
     names << action.frameSet;
   }
   names.sort();
-  EXPECT_EQ(names.join(u' '), QStringLiteral("alert celebrate greet idle petted sleep watching"));
+  EXPECT_EQ(names.join(u' '),
+            QStringLiteral("alert carried celebrate code curious droop greet idle petted sleep "
+                           "tossed walk watching"));
 }
 
 TEST_F(DesktopPetControllerTest, AnotherModeIsStoredAndHasThePetDecideAnewInASecond) {

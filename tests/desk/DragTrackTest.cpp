@@ -76,6 +76,16 @@ TEST_F(DragTrackTest, KeepsNoMoreThanAFrameOfALongDrag) {
   EXPECT_EQ(m_track.lastWay(), QPointF(16, 0));
 }
 
+TEST_F(DragTrackTest, AWindowPutElsewhereIsCarriedOnFromThere) {
+  DragTrack track({100.25, 100}, {10, 20}, milliseconds(0));
+  track.move({120.5, 100}, milliseconds(20));
+  track.placeWindow({-40, 7});
+  EXPECT_EQ(track.windowOrigin(), QPoint(-40, 7));
+  track.move({121.5, 102}, milliseconds(40));
+  EXPECT_EQ(track.windowOrigin(), QPoint(-39, 9));
+  EXPECT_TRUE(track.hasMoved());
+}
+
 TEST_F(DragTrackTest, HalfPointsOfAScaledScreenAreRoundedForTheWindowOnly) {
   moveBy({0.5, 0.25}, milliseconds(20), 3);
   EXPECT_EQ(m_track.windowOrigin(), QPoint(452, 301));

@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(Modes, PetMenuModeTest,
                                          ModeRow{"🔵 安静休息", "rest"}));
 
 TEST_F(PetMenuHandlerTest, RestingEndsAStroll) {
-  m_controller->window()->setPosition(100, 300);
+  m_controller->window()->moveTo({100, 300});
   m_controller->strollRandom();
   ASSERT_TRUE(m_controller->motion()->isStrolling());
   choose(QStringLiteral("🔵 安静休息"));
@@ -80,7 +80,7 @@ TEST_F(PetMenuHandlerTest, RestingEndsAStroll) {
 }
 
 TEST_F(PetMenuHandlerTest, TheOtherModesLetAStrollGoOn) {
-  m_controller->window()->setPosition(100, 300);
+  m_controller->window()->moveTo({100, 300});
   m_controller->strollRandom();
   choose(QStringLiteral("🟠 活泼玩耍"));
   EXPECT_TRUE(m_controller->motion()->isStrolling());
@@ -98,7 +98,7 @@ TEST_F(PetMenuHandlerTest, TellsWhoeverOwnsThePet) {
 }
 
 TEST_F(PetMenuHandlerTest, WalksAndComesWhenTold) {
-  m_controller->window()->setPosition(100, 300);
+  m_controller->window()->moveTo({100, 300});
   choose(QStringLiteral("散个步"));
   EXPECT_TRUE(m_controller->motion()->isStrolling());
   m_screens.pointerAt = {900, 10};

@@ -10,7 +10,7 @@ namespace {
 /// A pet on a monitor of 1280 by 800 with a panel of 30 at its top; its window is 312 by 410.
 class PetMotionTest : public test::PetDesk {
 protected:
-  PetMotionTest() : m_window(&shown()) { m_window->setPosition(400, 200); }
+  PetMotionTest() : m_window(&shown()) { m_window->moveTo({400, 200}); }
 
   [[nodiscard]] const PetMotion &motion() const { return *m_controller->motion(); }
   [[nodiscard]] PetScene &scene() { return m_controller->scene(); }
@@ -250,7 +250,7 @@ TEST_F(PetMotionTest, ASecondWalkIsDroppedWhileTheFirstGoesOn) {
 
 TEST_F(PetMotionTest, WithoutRoomAWalkIsDropped) {
   m_screens.change({{{0, 0, 340, 800}, {0, 0, 340, 800}}});
-  m_window->setPosition(10, 300);
+  m_window->moveTo({10, 300});
   m_controller->strollRandom();
   EXPECT_FALSE(motion().isStrolling());
 }
@@ -365,7 +365,7 @@ TEST_F(PetMotionTest, AMonitorTakenAwayInFlightBringsThePetToTheOther) {
   auto two = one;
   two.push_back({{1280, 0, 1920, 1080}, {1280, 0, 1920, 1080}});
   m_screens.change(two);
-  m_window->setPosition(2400, 500);
+  m_window->moveTo({2400, 500});
   flingBy({20, -20});
   m_scheduler.advance(seconds(0.2));
   EXPECT_GT(m_window->x(), 2000);
@@ -379,7 +379,7 @@ TEST_F(PetMotionTest, AThrowBouncesOffTheEdgesOfTheMonitorThePetIsOn) {
   auto two = m_screens.areas();
   two.push_back({{1280, 0, 1920, 1080}, {1280, 0, 1920, 1040}});
   m_screens.change(two);
-  m_window->setPosition(1400, 500);
+  m_window->moveTo({1400, 500});
   flingBy({-60, 0});
   ASSERT_TRUE(lands());
   EXPECT_GE(m_window->x(), 1280);
@@ -408,6 +408,100 @@ TEST_F(PetMotionTest, AReleaseThatSomebodyElseGotEndsTheDrag) {
   QCoreApplication::sendEvent(m_window, &withoutButton);
   EXPECT_FALSE(motion().isCarried());
   EXPECT_FALSE(scene().isCarried());
+}
+
+TEST_F(PetMotionTest, AMoveWithoutTheButtonNeitherThrowsNorClicks) {
+  for (const QPointF way : {QPointF(60, 0), QPointF(1, 0)}) {
+    press();
+    dragBy(way);
+    QMouseEvent withoutButton(QEvent::MouseMove, QPointF(1, 1), m_pointer, Qt::NoButton,
+                              Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_window, &withoutButton);
+    EXPECT_FALSE(motion().isFlying());
+    EXPECT_FALSE(scene().isCarried());
+    EXPECT_EQ(m_interactions.taps, 0);
+  }
+}
+
+TEST_F(PetMotionTest, APressAfterAnUnseenReleaseBeginsAnew) {
+  press();
+  dragBy({60, 0});
+  press();
+  EXPECT_FALSE(motion().isCarried());
+  EXPECT_FALSE(motion().isFlying());
+  EXPECT_FALSE(scene().isCarried());
+  EXPECT_EQ(m_interactions.taps, 0);
+  release();
+  EXPECT_EQ(m_interactions.taps, 1);
+  EXPECT_EQ(m_window->position(), QPoint(460, 200));
+}
+
+TEST_F(PetMotionTest, AnUnseenReleaseLeavesThePetWithinReach) {
+  press();
+  dragBy({3000, 0});
+  press();
+  EXPECT_EQ(m_window->position(), QPoint(m_screens.workArea().right() + 1 - 48, 200));
+}
+
+TEST_F(PetMotionTest, ALostPetComesBackWhenItsMonitorIsTakenAway) {
+  const auto one = m_screens.areas();
+  auto two = one;
+  two.push_back({{1280, 0, 1920, 1080}, {1280, 0, 1920, 1080}});
+  m_screens.change(two);
+  const QPoint place = m_window->position();
+  press();
+  dragBy({1600, 0});
+  m_screens.pointerAt = {20, 20};
+  m_screens.change(one);
+  EXPECT_FALSE(motion().isCarried());
+  EXPECT_NE(m_window->position(), place + QPoint(1600, 0));
+  EXPECT_TRUE(m_screens.workArea().contains(m_window->position()));
+}
+
+TEST_F(PetMotionTest, APetInTheHandStaysThereWhileMonitorsChange) {
+  const auto one = m_screens.areas();
+  auto two = one;
+  two.push_back({{1280, 0, 1920, 1080}, {1280, 0, 1920, 1080}});
+  m_screens.change(two);
+  press();
+  dragBy({1600, 0});
+  m_screens.pointerAt = m_pointer.toPoint();
+  m_screens.change(one);
+  EXPECT_TRUE(motion().isCarried());
+  EXPECT_EQ(m_window->position(), QPoint(2000, 200));
+}
+
+TEST_F(PetMotionTest, AWalkThatBeginsUnderAPressedButtonEndsWithTheFirstMove) {
+  press();
+  m_controller->strollRandom();
+  ASSERT_TRUE(motion().isStrolling());
+  m_scheduler.advance(seconds(0.5));
+  dragBy({2, 0});
+  EXPECT_FALSE(motion().isStrolling());
+  EXPECT_FALSE(scene().isGaitActive());
+  EXPECT_EQ(m_window->position(), QPoint(402, 200));
+}
+
+TEST_F(PetMotionTest, AWheelTurnedDuringADragLeavesTheDragAtTheLowerRightCorner) {
+  press();
+  dragBy({5, 0});
+  const QRect before = m_window->geometry();
+  scroll(120);
+  const QRect grown = m_window->geometry();
+  ASSERT_NE(grown.width(), before.width());
+  EXPECT_EQ(grown.bottomRight(), before.bottomRight());
+  dragBy({5, 5});
+  EXPECT_EQ(m_window->geometry(), grown.translated(5, 5));
+}
+
+TEST_F(PetMotionTest, AReportOfAnEarlierPlaceIsNotBelieved) {
+  // As the server tells of a step only after the pet was caught.
+  m_window->setPosition(300, 100);
+  press();
+  m_pointer = QPointF(550, 500);
+  send(QEvent::MouseButtonPress);
+  dragBy({10, 0});
+  EXPECT_EQ(m_window->position(), QPoint(410, 200));
 }
 
 TEST_F(PetMotionTest, TheRightButtonOpensTheMenuAndMovesNothing) {

@@ -139,7 +139,7 @@ TEST_P(RealThrowTest, FliesBouncesAndLandsOnTheFloor) {
   dragBy(way);
   const QPoint start = window().position();
   QRect seen(start, window().size());
-  const auto look = [&] { seen |= QRect(motion().panel().topLeft(), window().size()); };
+  const auto look = [&] { seen |= QRect(window().place().topLeft(), window().size()); };
   release();
   ASSERT_TRUE(PrivateDesktop::waitUntil([this] { return motion().isFlying(); }));
   EXPECT_TRUE(scene().isTossed());
@@ -147,7 +147,7 @@ TEST_P(RealThrowTest, FliesBouncesAndLandsOnTheFloor) {
   keep(QStringLiteral("thrown-") + QString::fromLatin1(GetParam().name));
   ASSERT_TRUE(PrivateDesktop::waitUntil([&] {
     look();
-    const QPoint went = motion().panel().topLeft() - start;
+    const QPoint went = window().place().topLeft() - start;
     return QPoint::dotProduct(went, way) > 40 * 40 || !motion().isFlying();
   }));
   ASSERT_TRUE(lands());
