@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 #include "base/Diagnostics.h"
 #include "base/RandomSource.h"
+#include "pet/MorvoTheme.h"
 #include "pet/PetScene.h"
 #include "pet/ScenePainter.h"
 
@@ -49,6 +50,7 @@ void run(const QStringList &fields, const PetFiles &files, const Setting &settin
   if (const auto persona = setting.environment().nonEmpty(QStringLiteral("MORVO_PERSONA_ID"))) {
     scene.setPersona(*persona);
   }
+  scene.setTheme(MorvoTheme::current(setting).color);
   scene.setMood(mood);
   scene.present();
   if (performedMoods.contains(mood)) {

@@ -4,6 +4,7 @@
 #include "pet/PetPalette.h"
 #include "pet/SoftDisc.h"
 
+#include <QFileInfo>
 #include <QImageReader>
 #include <QPainter>
 #include <QTextBoundaryFinder>
@@ -37,7 +38,8 @@ QColor readableOn(const QColor &ground) {
 }
 
 QImage load(const std::optional<QString> &path) {
-  if (!path || path->isEmpty()) {
+  // Opening a pipe to read would wait for a writer for ever.
+  if (!path || !QFileInfo(*path).isFile()) {
     return {};
   }
   QImageReader reader(*path);

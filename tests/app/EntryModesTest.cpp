@@ -94,6 +94,13 @@ TEST_F(EntryModesTest, onlyAOneSwitchesAModeOn) {
   EXPECT_THAT(m_lines, ElementsAre(QStringLiteral("[CODEX] 没读到 rate_limits")));
 }
 
+TEST_F(EntryModesTest, aPetWithoutFramesIsDrawnInTheColourOfTheTheme) {
+  const QString rest = QStringLiteral("calm:%1");
+  const QColor usual = scene(rest);
+  set("MORVO_THEME", QStringLiteral("pink"));
+  EXPECT_NE(scene(rest), usual);
+}
+
 TEST_F(EntryModesTest, theSceneIsWrittenAsAPicture) {
   frames(QStringLiteral("idle"), {Qt::red, Qt::green});
   EXPECT_EQ(scene(QStringLiteral("calm:%1")), QColor(Qt::red));

@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+
 namespace morvo {
 namespace {
 
@@ -74,6 +76,12 @@ TEST_F(PersonaAvatarPictureTest, AFileThatIsNoPictureCountsAsNone) {
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   file.write("not a picture");
   file.close();
+  EXPECT_EQ(PersonaAvatar(custom(QStringLiteral("猫"), path)).kind(), PersonaAvatar::Kind::emblem);
+}
+
+TEST_F(PersonaAvatarPictureTest, APipeIsNeverWaitedFor) {
+  const QString path = m_folder.filePath(QStringLiteral("avatar.png"));
+  ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
   EXPECT_EQ(PersonaAvatar(custom(QStringLiteral("猫"), path)).kind(), PersonaAvatar::Kind::emblem);
 }
 
