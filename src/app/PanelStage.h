@@ -3,6 +3,7 @@
 #include "base/Scheduler.h"
 #include "pet/PetScene.h"
 
+#include <QImage>
 #include <QObject>
 
 namespace morvo {
@@ -19,6 +20,8 @@ public:
     Scheduler &scheduler;
     /// A picture to be taken off screen: the pet stands as it is.
     bool isStill = false;
+    /// Shown instead of the scene, if there is one.
+    QImage portrait = {};
   };
 
   explicit PanelStage(const Ground &ground) : m_ground(ground) {}
@@ -27,6 +30,7 @@ public:
   [[nodiscard]] Clock &clock() const { return m_ground.clock; }
   [[nodiscard]] Scheduler &scheduler() const { return m_ground.scheduler; }
   [[nodiscard]] bool isStill() const { return m_ground.isStill; }
+  [[nodiscard]] const QImage &portrait() const { return m_ground.portrait; }
 
 private:
   Ground m_ground;

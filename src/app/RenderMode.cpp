@@ -12,6 +12,7 @@
 #include "pet/MorvoSprites.h"
 #include "platform/qt/AppearancePalettes.h"
 #include "usage/AgentScanner.h"
+#include "usage/SourceUsageDispatch.h"
 
 #include <QCoreApplication>
 #include <QImage>
@@ -81,6 +82,7 @@ std::optional<MorvoPersona> wantedPersona(const Setting &setting) {
 }
 
 PetStore::Picture scene(const EntryModes::Ground &ground, const Clock &clock) {
+  SourceUsageDispatch logs(ground.hooks.home, clock);
   using Role = ChatMessage::Role;
   AccountReader accounts(ground.hooks.home, *ground.hooks.files);
   return {
@@ -91,9 +93,10 @@ PetStore::Picture scene(const EntryModes::Ground &ground, const Clock &clock) {
       .quota = Quota{.conversationsRemaining = 1600, .interactionsRemaining = 5},
       .reply = QStringLiteral("（喷出一串气泡，尾巴缓缓摆动）代码跑通了……闻到效率的味道，有点饿。"),
       .persona = wantedPersona(ground.setting),
-      .agents = AgentScanner::snapshot(
-                    ground.hooks.home, clock.now(), accounts,
-                    [](const SourceAdapter &, double) { return std::vector<TokenEvent>(); })
+      .agents = AgentScanner::snapshot(ground.hooks.home, clock.now(), accounts,
+                                       [&logs](const SourceAdapter &agent, double hours) {
+                                         return logs.events(agent, hours, {});
+                                       })
                     .agents,
       .usage = UsageStats{.windowTokens = 1280000, .weekTokens = 9640000, .usedPct = 42},
       .fleet = FleetScanner::scan(ground.hooks.home, clock.now()),
@@ -171,7 +174,11 @@ void run(const EntryModes::Ground &ground, const QString &path) {
   PetScene pet(stageSize, ground.files, sprites, ground.setting, clock, random);
   pet.setPersona(store.persona().id);
   pet.setMood(store.mood());
-  PanelStage stage({.scene = pet, .clock = clock, .scheduler = scheduler, .isStill = true});
+  PanelStage stage({.scene = pet,
+                    .clock = clock,
+                    .scheduler = scheduler,
+                    .isStill = true,
+                    .portrait = QImage(store.persona().avatarPath.value_or(QString()))});
   PanelEntries entries({});
   const QImage image = drawn(store, entries, stage);
   if (image.isNull()) {

@@ -75,8 +75,15 @@ void PetStageItem::tick() {
 }
 
 void PetStageItem::paint(QPainter *painter) {
-  if (m_stage != nullptr) {
-    painter->setRenderHint(QPainter::SmoothPixmapTransform);
+  if (m_stage == nullptr) {
+    return;
+  }
+  painter->setRenderHint(QPainter::SmoothPixmapTransform);
+  if (const QImage &portrait = m_stage->portrait(); !portrait.isNull()) {
+    QRectF place(QPointF(), QSizeF(portrait.size()).scaled(size(), Qt::KeepAspectRatio));
+    place.moveCenter(boundingRect().center());
+    painter->drawImage(place, portrait);
+  } else {
     m_painter.paint(*painter, m_stage->scene(), boundingRect(),
                     window() != nullptr ? window()->effectiveDevicePixelRatio() : 1);
   }

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 const QString requestId = QStringLiteral("0123456789ab");
 const QByteArray nothing = QByteArrayLiteral("<none>");
-constexpr int gaps = 22; // Within the card and beneath it.
+constexpr int gaps = 22;  // Within the card and beneath it.
 constexpr int steps = 40; // More than there are controls.
 
 /// The card in the whole panel, answered by the events that a user causes.
