@@ -3,6 +3,7 @@
 import json
 import os
 import pathlib
+import shutil
 import signal
 import subprocess
 import tempfile
@@ -228,6 +229,23 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual(result.returncode, 0)
         self.assertEqual(asked.read_text(), "/\n")
         self.assertEqual(len(result.stderr.splitlines()), 3)
+
+    def test_the_panel_is_drawn_with_this_machines_agents_and_the_pets_own_picture(self):
+        plain, worn = self.home / "plain.png", self.home / "worn.png"
+        changes = {**self.give_agents_logs(), "MORVO_PERSONA_ID": "morvo", "MORVO_DRAWER": "1"}
+        result = self.run_program(MORVO_RENDER=str(plain), **changes)
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(result.stderr, f"[RENDER] wrote {plain}\n")
+        picture = plain.read_bytes()
+        self.assertEqual(picture[:8], b"\x89PNG\r\n\x1a\n")
+        self.assertEqual(int.from_bytes(picture[16:20], "big"), 2 * 340)
+        self.run_program(MORVO_RENDER=str(worn), MORVO_AVATAR_PATH=str(plain), **changes)
+        self.assertNotEqual(worn.read_bytes(), picture)
+        empty = self.home / "empty.png"
+        for name in [".claude", ".codex"]:
+            shutil.rmtree(self.home / name)
+        self.run_program(MORVO_RENDER=str(empty), **changes)
+        self.assertNotEqual(empty.read_bytes(), picture)
 
     def test_codexs_limit_is_told_from_its_logs(self):
         self.assertEqual(self.run_program(MORVO_CODEX_LIMIT="1").stderr,
