@@ -42,6 +42,10 @@ void ApprovalPrompt::setStore(PetStore *store) {
   watchFocus();
 }
 
+QQuickWindow *ApprovalPrompt::window() const {
+  return qobject_cast<QQuickWindow *>(m_window.data());
+}
+
 void ApprovalPrompt::setWindow(QQuickWindow *window) {
   if (m_window == window) {
     return;
@@ -50,10 +54,10 @@ void ApprovalPrompt::setWindow(QQuickWindow *window) {
     m_window->disconnect(this);
   }
   m_window = window;
-  if (m_window != nullptr) {
-    connect(m_window, &QQuickWindow::frameSwapped, this, &ApprovalPrompt::frameShown);
-    connect(m_window, &QWindow::visibleChanged, this, &ApprovalPrompt::awaitFrames);
-    connect(m_window, &QWindow::activeChanged, this, &ApprovalPrompt::watchFocus);
+  if (window != nullptr) {
+    connect(window, &QQuickWindow::frameSwapped, this, &ApprovalPrompt::frameShown);
+    connect(window, &QWindow::visibleChanged, this, &ApprovalPrompt::awaitFrames);
+    connect(window, &QWindow::activeChanged, this, &ApprovalPrompt::watchFocus);
   }
   Q_EMIT windowChanged();
   awaitFrames();
@@ -134,7 +138,7 @@ void ApprovalPrompt::awaitFrames() {
   m_awaitedFrames = isOnScreen ? framesToBeSeen : 0;
   if (isOnScreen) {
     // A request that looks like the one before would draw nothing by itself.
-    m_window->update();
+    window()->update();
   }
   if (std::exchange(m_isSettled, false)) {
     Q_EMIT answerableChanged();
@@ -147,7 +151,7 @@ void ApprovalPrompt::frameShown() {
   }
   --m_awaitedFrames;
   if (m_awaitedFrames > 0) {
-    m_window->update();
+    window()->update();
   } else {
     m_settling = m_store->scheduler().after(settleTime, [this] { settle(); });
   }

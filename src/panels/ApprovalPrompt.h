@@ -50,7 +50,7 @@ public:
 
   [[nodiscard]] PetStore *store() const { return m_store; }
   void setStore(PetStore *store);
-  [[nodiscard]] QQuickWindow *window() const { return m_window; }
+  [[nodiscard]] QQuickWindow *window() const;
   void setWindow(QQuickWindow *window);
 
   [[nodiscard]] bool isCardShown() const { return m_cardShown; }
@@ -89,7 +89,8 @@ private:
   [[nodiscard]] std::optional<PermRequest> request() const;
 
   QPointer<PetStore> m_store;
-  QPointer<QQuickWindow> m_window;
+  /// Told as what is left of it while it goes: its signals come even from its base's destructor.
+  QPointer<QWindow> m_window;
   bool m_cardShown = false;
   /// Frames still to come before the card is sure to be seen.
   int m_awaitedFrames = 0;

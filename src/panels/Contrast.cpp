@@ -38,7 +38,7 @@ QColor opaque(QColor color) {
 
 double ratio(const QColor &one, const QColor &other) {
   constexpr double flare = 0.05;
-  const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+  const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
   return (lighter + flare) / (darker + flare);
 }
 

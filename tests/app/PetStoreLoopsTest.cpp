@@ -95,6 +95,7 @@ TEST_F(PetStoreLoopsTest, AFleetScanThatHangsNeitherKeepsOldNewsNorIsBegunTwice)
   EXPECT_EQ(m_fleet.scans, 1);
   EXPECT_FALSE(m_store->recentDone().has_value());
   m_store.reset();
+  stuck.advance(1s); // Lets the scan go.
 }
 
 TEST_F(PetStoreLoopsTest, SwitchedOffDuringAScanThatHangsTheFleetIsEmptyFromTheNextRoundOn) {
