@@ -108,6 +108,11 @@ PetStore::Picture scene(const EntryModes::Ground &ground, const Clock &clock) {
                "（探出头）嗯，第 42 行那个 user 可能是 nil，先加个 guard 兜一下。")}}};
 }
 
+/// Null for a persona that wears none.
+QImage portraitOf(const MorvoPersona &persona) {
+  return persona.avatarPath ? QImage(*persona.avatarPath) : QImage();
+}
+
 /// The panel's root as it is drawn; null with a line on standard error when it cannot be made.
 QImage drawn(PetStore &store, PanelEntries &entries, PanelStage &stage) {
   QQuickRenderControl control;
@@ -178,7 +183,7 @@ void run(const EntryModes::Ground &ground, const QString &path) {
                     .clock = clock,
                     .scheduler = scheduler,
                     .isStill = true,
-                    .portrait = QImage(store.persona().avatarPath.value_or(QString()))});
+                    .portrait = portraitOf(store.persona())});
   PanelEntries entries({});
   const QImage image = drawn(store, entries, stage);
   if (image.isNull()) {
