@@ -45,9 +45,7 @@ public:
   [[nodiscard]] bool isShown() const override;
   [[nodiscard]] bool hasJustClosedItself() const override;
   void setTransient(bool transient) override { m_transient = transient; }
-
-public Q_SLOTS:
-  void close() override;
+  Q_SLOT void close() override;
 
 private:
   [[nodiscard]] bool load();

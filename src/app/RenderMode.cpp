@@ -179,11 +179,8 @@ void run(const EntryModes::Ground &ground, const QString &path) {
   PetScene pet(stageSize, ground.files, sprites, ground.setting, clock, random);
   pet.setPersona(store.persona().id);
   pet.setMood(store.mood());
-  PanelStage stage({.scene = pet,
-                    .clock = clock,
-                    .scheduler = scheduler,
-                    .isStill = true,
-                    .portrait = portraitOf(store.persona())});
+  PanelStage stage({.scene = pet, .clock = clock, .scheduler = scheduler, .isStill = true},
+                   portraitOf(store.persona()));
   PanelEntries entries({});
   const QImage image = drawn(store, entries, stage);
   if (image.isNull()) {
