@@ -1,11 +1,10 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Morvo.Panels
 
 // A button with a text, a symbol, or both.
-T.AbstractButton {
+PressButton {
     id: button
 
     required property PanelLook look
@@ -19,15 +18,6 @@ T.AbstractButton {
     property string help: ""
     // The symbol stands behind the text.
     property bool symbolLast: false
-    // Return and Enter press the button; where another judges its keys, they do not.
-    property bool takesReturn: true
-
-    function strike(event: KeyEvent) {
-        event.accepted = button.takesReturn
-        if (button.takesReturn && !event.isAutoRepeat) {
-            button.clicked()
-        }
-    }
 
     implicitWidth: Math.ceil(button.implicitContentWidth) + button.leftPadding + button.rightPadding
     implicitHeight: Math.max(28, button.implicitContentHeight + button.topPadding + button.bottomPadding)
@@ -35,16 +25,11 @@ T.AbstractButton {
     rightPadding: 10
     topPadding: 4
     bottomPadding: 4
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
     opacity: button.enabled ? 1 : 0.45
-    Keys.onReturnPressed: event => button.strike(event)
-    Keys.onEnterPressed: event => button.strike(event)
 
     Accessible.role: Accessible.Button
     Accessible.name: button.text !== "" ? button.text : button.help
     Accessible.description: button.help
-    Accessible.onPressAction: button.clicked()
 
     background: Rectangle {
         radius: button.corner

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Morvo.Panels
 
 // A switch. Shows what it is told; `flipped` tells what the user wants.
-T.AbstractButton {
+PressButton {
     id: toggle
 
     required property PanelLook look
@@ -12,25 +11,14 @@ T.AbstractButton {
 
     signal flipped(bool on)
 
-    function strike(event: KeyEvent) {
-        if (!event.isAutoRepeat) {
-            toggle.clicked()
-        }
-    }
-
     implicitWidth: 36
     implicitHeight: 22
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
     onClicked: toggle.flipped(!toggle.on)
-    Keys.onReturnPressed: event => toggle.strike(event)
-    Keys.onEnterPressed: event => toggle.strike(event)
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: toggle.text
     Accessible.checkable: true
     Accessible.checked: toggle.on
-    Accessible.onPressAction: toggle.clicked()
     Accessible.onToggleAction: toggle.clicked()
 
     background: Rectangle {
