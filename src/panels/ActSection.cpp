@@ -20,8 +20,6 @@ void ActSection::showDesktopPet() {
   }
 }
 
-void ActSection::connectTo(PetStore & /*store*/) {}
-
 void ActSection::update(const PetStore &store, const PanelLook & /*look*/) {
   m_isOn = store.setting().boolean(SettingKeys::act, false);
 }

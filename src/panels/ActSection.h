@@ -18,9 +18,13 @@ public:
   /// Writes the setting, then the agent's file.
   Q_INVOKABLE void setOn(bool on);
   Q_INVOKABLE void showDesktopPet();
+  [[nodiscard]] static QString label() { return QStringLiteral("Act 权限守门（改动必问你）"); }
+  [[nodiscard]] static QString showPetLabel() { return QStringLiteral("显示桌面宠"); }
+  [[nodiscard]] static QString petHint() {
+    return QStringLiteral("摸摸 / 喂食 / 动作 → 右键桌面悬浮宠");
+  }
 
 protected:
-  void connectTo(PetStore &store) override;
   void update(const PetStore &store, const PanelLook &look) override;
 
 private:

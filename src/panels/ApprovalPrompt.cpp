@@ -1,6 +1,7 @@
 #include "panels/ApprovalPrompt.h"
 
 #include "base/VisibleText.h"
+#include "panels/Followed.h"
 
 #include <algorithm>
 #include <utility>
@@ -22,13 +23,9 @@ bool isAnswerKey(int key) {
 ApprovalPrompt::ApprovalPrompt(QObject *parent) : QObject(parent) {}
 
 void ApprovalPrompt::setStore(PetStore *store) {
-  if (m_store == store) {
+  if (!Followed::replace(m_store, store, this)) {
     return;
   }
-  if (m_store != nullptr) {
-    m_store->disconnect(this);
-  }
-  m_store = store;
   if (m_store != nullptr) {
     connect(m_store, &PetStore::pendingApprovalChanged, this, [this] {
       Q_EMIT requestChanged();
@@ -47,13 +44,9 @@ QQuickWindow *ApprovalPrompt::window() const {
 }
 
 void ApprovalPrompt::setWindow(QQuickWindow *window) {
-  if (m_window == window) {
+  if (!Followed::replace(m_window, window, this)) {
     return;
   }
-  if (m_window != nullptr) {
-    m_window->disconnect(this);
-  }
-  m_window = window;
   if (window != nullptr) {
     connect(window, &QQuickWindow::frameSwapped, this, &ApprovalPrompt::frameShown);
     connect(window, &QWindow::visibleChanged, this, &ApprovalPrompt::awaitFrames);

@@ -8,8 +8,6 @@ namespace morvo {
 MonitorSection::MonitorSection(QObject *parent)
     : PanelSection(parent), m_toggles({"label", "hint", "isOn"}) {}
 
-void MonitorSection::connectTo(PetStore & /*store*/) {}
-
 void MonitorSection::update(const PetStore &store, const PanelLook & /*look*/) {
   QList<QVariantList> rows;
   for (const MonitorToggle &toggle : MonitorToggles::all()) {

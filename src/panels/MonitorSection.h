@@ -25,7 +25,6 @@ public:
   Q_INVOKABLE void reload();
 
 protected:
-  void connectTo(PetStore &store) override;
   void update(const PetStore &store, const PanelLook &look) override;
 
 private:

@@ -1,6 +1,7 @@
 #include "panels/PanelLook.h"
 
 #include "panels/Contrast.h"
+#include "panels/Followed.h"
 #include "pet/MorvoTheme.h"
 #include "pet/PetPalette.h"
 
@@ -26,13 +27,9 @@ PanelLook::PanelLook(QObject *parent) : QObject(parent) {
 }
 
 void PanelLook::setStore(PetStore *store) {
-  if (m_store == store) {
+  if (!Followed::replace(m_store, store, this)) {
     return;
   }
-  if (m_store != nullptr) {
-    m_store->disconnect(this);
-  }
-  m_store = store;
   if (m_store != nullptr) {
     connect(m_store, &PetStore::appearanceChanged, this, &PanelLook::refresh);
   }

@@ -1,15 +1,13 @@
 #include "panels/PanelSection.h"
 
+#include "panels/Followed.h"
+
 namespace morvo {
 
 void PanelSection::setStore(PetStore *store) {
-  if (m_store == store) {
+  if (!Followed::replace(m_store, store, this)) {
     return;
   }
-  if (m_store != nullptr) {
-    m_store->disconnect(this);
-  }
-  m_store = store;
   if (m_store != nullptr) {
     connectTo(*m_store);
   }
@@ -18,13 +16,9 @@ void PanelSection::setStore(PetStore *store) {
 }
 
 void PanelSection::setLook(PanelLook *look) {
-  if (m_look == look) {
+  if (!Followed::replace(m_look, look, this)) {
     return;
   }
-  if (m_look != nullptr) {
-    m_look->disconnect(this);
-  }
-  m_look = look;
   if (m_look != nullptr) {
     connect(m_look, &PanelLook::changed, this, &PanelSection::refresh);
   }

@@ -28,7 +28,7 @@ Q_SIGNALS:
 
 protected:
   /// The part's connections to the store's changes; `observe` makes one.
-  virtual void connectTo(PetStore &store) = 0;
+  virtual void connectTo(PetStore & /*store*/) {}
   /// Called with both there, whenever what is shown may have changed.
   virtual void update(const PetStore &store, const PanelLook &look) = 0;
 

@@ -19,8 +19,6 @@ int TabsSection::panelHeight(int visibleHeight) {
   return PanelFrame::height(visibleHeight < 1 ? std::nullopt : std::optional(visibleHeight));
 }
 
-void TabsSection::connectTo(PetStore & /*store*/) {}
-
 void TabsSection::update(const PetStore &store, const PanelLook & /*look*/) {
   m_opening = static_cast<int>(MainPanelTabs::opening(store.setting().environment()));
 }

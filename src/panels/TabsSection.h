@@ -18,13 +18,14 @@ public:
   [[nodiscard]] PanelRows *rows() { return &m_rows; }
   /// The row of the tab that a new panel begins with.
   [[nodiscard]] int opening() const { return m_opening; }
+  /// What the panel and its row of tabs are called to those who do not see them.
+  [[nodiscard]] static QString panelName() { return QStringLiteral("MorvoBar"); }
   /// The panel's width in points.
   Q_INVOKABLE [[nodiscard]] static int panelWidth();
   /// Its height on a screen with that much height free of bars; below 1 for no screen.
   Q_INVOKABLE [[nodiscard]] static int panelHeight(int visibleHeight);
 
 protected:
-  void connectTo(PetStore &store) override;
   void update(const PetStore &store, const PanelLook &look) override;
 
 private:
