@@ -9,6 +9,9 @@ class ActSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(bool on READ isOn NOTIFY changed)
+  Q_PROPERTY(QString label READ label CONSTANT)
+  Q_PROPERTY(QString showPetLabel READ showPetLabel CONSTANT)
+  Q_PROPERTY(QString petHint READ petHint CONSTANT)
 
 public:
   using PanelSection::PanelSection;

@@ -116,7 +116,7 @@ Rectangle {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
                 look: card.look
-                text: "拒绝"
+                text: card.prompt.rejectLabel
                 edge: card.look.tinted(card.look.foam, 0.18)
                 enabled: card.prompt.rejectable
                 takesReturn: false
@@ -130,7 +130,7 @@ Rectangle {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
                 look: card.look
-                text: "批准"
+                text: card.prompt.approveLabel
                 ground: card.look.theme
                 ink: card.look.onTheme
                 enabled: card.prompt.approvable

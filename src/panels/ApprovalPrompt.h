@@ -36,6 +36,8 @@ class ApprovalPrompt : public QObject {
   Q_PROPERTY(QString summary READ summary NOTIFY requestChanged)
   Q_PROPERTY(bool rejectable READ isRejectable NOTIFY answerableChanged)
   Q_PROPERTY(bool approvable READ isApprovable NOTIFY answerableChanged)
+  Q_PROPERTY(QString rejectLabel READ rejectLabel CONSTANT)
+  Q_PROPERTY(QString approveLabel READ approveLabel CONSTANT)
 
 public:
   enum class Answer { Reject, Approve };
@@ -62,6 +64,8 @@ public:
   [[nodiscard]] QString question() const;
   /// What the tool is about to do, with every character that would not be seen made visible.
   [[nodiscard]] QString summary() const;
+  [[nodiscard]] static QString rejectLabel() { return QStringLiteral("拒绝"); }
+  [[nodiscard]] static QString approveLabel() { return QStringLiteral("批准"); }
   [[nodiscard]] bool isRejectable() const;
   [[nodiscard]] bool isApprovable() const;
 

@@ -15,6 +15,7 @@ class AttentionSection : public morvo::PanelSection {
   Q_PROPERTY(QColor ground READ ground NOTIFY changed)
   Q_PROPERTY(QColor edge READ edge NOTIFY changed)
   Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
+  Q_PROPERTY(QString title READ title CONSTANT)
 
 public:
   explicit AttentionSection(QObject *parent = nullptr);
@@ -25,6 +26,7 @@ public:
   [[nodiscard]] const QColor &ground() const { return m_ground; }
   [[nodiscard]] const QColor &edge() const { return m_edge; }
   [[nodiscard]] PanelRows *rows() { return &m_rows; }
+  [[nodiscard]] static QString title() { return QStringLiteral("现在"); }
 
 protected:
   void connectTo(PetStore &store) override;

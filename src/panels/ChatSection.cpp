@@ -9,10 +9,6 @@ void ChatSection::setEntries(PanelEntries *entries) {
   Q_EMIT changed();
 }
 
-QString ChatSection::invitation() {
-  return QStringLiteral("跟它说点什么吧，它会一直陪着你写代码。");
-}
-
 bool ChatSection::send(const QString &draft) {
   if (!m_isSendable || m_entries == nullptr || draft.trimmed().isEmpty()) {
     return false;

@@ -2,6 +2,7 @@
 
 #include "app/PanelEntries.h"
 #include "panels/ChatMessagesModel.h"
+#include "panels/MainPanelTab.h"
 #include "panels/PanelSection.h"
 
 namespace morvo {
@@ -13,7 +14,9 @@ class ChatSection : public morvo::PanelSection {
   Q_PROPERTY(morvo::PanelEntries *entries READ entries WRITE setEntries NOTIFY changed REQUIRED)
   Q_PROPERTY(QAbstractItemModel *messages READ messages CONSTANT)
   Q_PROPERTY(bool empty READ isEmpty NOTIFY changed)
+  Q_PROPERTY(QString timelineName READ timelineName CONSTANT)
   Q_PROPERTY(QString invitation READ invitation CONSTANT)
+  Q_PROPERTY(QString sendHelp READ sendHelp CONSTANT)
   Q_PROPERTY(QString placeholder READ placeholder NOTIFY changed)
   Q_PROPERTY(QString spentLine READ spentLine NOTIFY changed)
   Q_PROPERTY(bool typable READ isTypable NOTIFY changed)
@@ -28,8 +31,12 @@ public:
 
   [[nodiscard]] ChatMessagesModel *messages() { return &m_messages; }
   [[nodiscard]] bool isEmpty() const { return m_messages.rowCount() == 0; }
+  [[nodiscard]] static QString timelineName() { return MainPanelTabs::label(MainPanelTab::chat); }
+  [[nodiscard]] static QString sendHelp() { return QStringLiteral("发送"); }
   /// Shown in place of an empty timeline.
-  [[nodiscard]] static QString invitation();
+  [[nodiscard]] static QString invitation() {
+    return QStringLiteral("跟它说点什么吧，它会一直陪着你写代码。");
+  }
   [[nodiscard]] const QString &placeholder() const { return m_placeholder; }
   /// Empty while the day's quota lasts: the line is hidden then.
   [[nodiscard]] const QString &spentLine() const { return m_spentLine; }

@@ -158,7 +158,7 @@ ColumnLayout {
             }
 
             Accessible.role: Accessible.List
-            Accessible.name: "对话"
+            Accessible.name: chat.timelineName
             T.ScrollBar.vertical: PanelScroll {
                 id: scrollBar
 
@@ -218,7 +218,7 @@ ColumnLayout {
             symbolSize: 24
             ground: "transparent"
             ink: chat.sendColor
-            help: "发送"
+            help: chat.sendHelp
             corner: 16
             enabled: chat.sendable
             onClicked: parent.submit()

@@ -13,6 +13,7 @@ class HeaderSection : public morvo::PanelSection {
   Q_PROPERTY(QColor stateColor READ stateColor NOTIFY changed)
   Q_PROPERTY(QString trouble READ trouble NOTIFY changed)
   Q_PROPERTY(QColor troubleColor READ troubleColor NOTIFY changed)
+  Q_PROPERTY(QString settingsHelp READ settingsHelp CONSTANT)
 
 public:
   using PanelSection::PanelSection;
@@ -23,6 +24,7 @@ public:
   /// Empty while the chat is well: the line is hidden then.
   [[nodiscard]] const QString &trouble() const { return m_trouble; }
   [[nodiscard]] const QColor &troubleColor() const { return m_troubleColor; }
+  [[nodiscard]] static QString settingsHelp() { return QStringLiteral("打开独立设置窗口"); }
 
 protected:
   void connectTo(PetStore &store) override;

@@ -49,7 +49,7 @@ FocusScope {
     Keys.onEscapePressed: panel.closeRequested()
 
     Accessible.role: Accessible.Pane
-    Accessible.name: "MorvoBar"
+    Accessible.name: tabs.panelName
 
     PanelLook {
         id: look
@@ -141,7 +141,7 @@ FocusScope {
                 symbol: "gearshape"
                 symbolSize: 17
                 ground: "transparent"
-                help: "打开独立设置窗口"
+                help: header.settingsHelp
                 onClicked: panel.entries.openSettings()
             }
         }
@@ -180,7 +180,7 @@ FocusScope {
                 Layout.fillWidth: true
                 spacing: 6
                 Accessible.role: Accessible.PageTabList
-                Accessible.name: "MorvoBar"
+                Accessible.name: tabs.panelName
 
                 Repeater {
                     model: tabs.rows

@@ -10,11 +10,13 @@ class MonitorSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QAbstractItemModel *toggles READ toggles CONSTANT)
+  Q_PROPERTY(QString reloadLabel READ reloadLabel CONSTANT)
 
 public:
   explicit MonitorSection(QObject *parent = nullptr);
 
   [[nodiscard]] PanelRows *toggles() { return &m_toggles; }
+  [[nodiscard]] static QString reloadLabel() { return QStringLiteral("刷新"); }
 
   /// Writes the setting of that row; it acts at its next use.
   Q_INVOKABLE void setToggle(int row, bool isOn);

@@ -46,12 +46,12 @@ ColumnLayout {
         border.width: 1
         border.color: attention.edge
         Accessible.role: Accessible.Grouping
-        Accessible.name: "现在"
+        Accessible.name: attention.title
 
         PanelLabel {
             look: tab.look
             size: 11
-            text: "现在"
+            text: attention.title
             color: tab.look.textOn(tab.look.foam, 0.75, attention.ground)
         }
         PanelLabel {
@@ -136,7 +136,7 @@ ColumnLayout {
                 Layout.fillWidth: true
                 look: tab.look
                 size: 12
-                text: "额度"
+                text: loads.title
                 font.weight: Font.DemiBold
             }
         }
@@ -146,7 +146,7 @@ ColumnLayout {
             Layout.rightMargin: 44
             look: tab.look
             size: 9
-            text: "5 小时窗与一周窗。有官方百分比就显示进度条；下方 token 为本机日志累计。"
+            text: loads.caption
             color: tab.look.textOn(tab.look.foam, 0.45, tab.look.abyss)
             wrapMode: Text.Wrap
         }
@@ -155,7 +155,7 @@ ColumnLayout {
             visible: loads.empty
             look: tab.look
             size: 11
-            text: "还没读到用量。在设置里扫描 Claude / Codex / Cursor，或先用一会儿对应工具。"
+            text: loads.emptyLine
             color: tab.look.textOn(tab.look.foam, 0.55, tab.look.abyss)
             wrapMode: Text.Wrap
         }
@@ -247,7 +247,7 @@ ColumnLayout {
         look: tab.look
         symbol: "arrow.clockwise"
         symbolSize: 12
-        text: "刷新"
+        text: monitor.reloadLabel
         onClicked: monitor.reload()
     }
     PanelCard {

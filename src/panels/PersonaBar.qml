@@ -38,7 +38,7 @@ PanelCard {
         PanelLabel {
             look: bar.look
             size: 12
-            text: "形象"
+            text: personas.title
             font.weight: Font.DemiBold
         }
         Item {
@@ -56,7 +56,7 @@ PanelCard {
             onClicked: menu.visible ? menu.close() : menu.popup(opener, opener.width - menu.width, opener.height + 4)
 
             Accessible.role: Accessible.ButtonMenu
-            Accessible.name: "形象 " + personas.current
+            Accessible.name: personas.openerName
         }
     }
 
@@ -99,13 +99,13 @@ PanelCard {
         }
         PanelMenuItem {
             look: bar.look
-            text: "＋ 新建自定义宠物…"
+            text: personas.newPetLabel
             shown: bar.entries.newPet
             onTriggered: personas.createNew()
         }
         PanelMenuItem {
             look: bar.look
-            text: "管理我的宠物…"
+            text: personas.manageLabel
             shown: personas.hasCustoms
             onTriggered: bar.managing = !bar.managing
         }
@@ -160,20 +160,20 @@ PanelCard {
                     padding: 6
                     look: bar.look
                     size: 12
-                    placeholderText: "名字"
+                    placeholderText: personas.namePlaceholder
                     onAccepted: custom.commitRename()
                 }
                 PanelButton {
                     visible: custom.renaming
                     look: bar.look
-                    text: "保存"
+                    text: personas.saveLabel
                     onClicked: custom.commitRename()
                 }
                 PanelLabel {
                     visible: custom.isCurrent
                     look: bar.look
                     size: 9
-                    text: "当前"
+                    text: personas.currentBadge
                     color: bar.look.text(bar.look.theme, 1)
                 }
                 PanelButton {
@@ -183,7 +183,7 @@ PanelCard {
                     leftPadding: 6
                     rightPadding: 6
                     implicitHeight: 24
-                    text: "选中"
+                    text: personas.chooseLabel
                     onClicked: personas.choose(custom.persona)
                 }
                 PanelLabel {
@@ -202,7 +202,7 @@ PanelCard {
                     symbol: "pencil"
                     symbolSize: 13
                     ground: "transparent"
-                    help: "改名"
+                    help: personas.renameHelp
                     onClicked: {
                         nameField.text = custom.name
                         bar.renamingId = custom.persona
@@ -220,7 +220,7 @@ PanelCard {
                     symbolSize: 13
                     ground: "transparent"
                     ink: bar.look.text(bar.look.coral, 1)
-                    help: "删除"
+                    help: personas.removeHelp
                     onClicked: personas.remove(custom.persona)
                 }
             }
@@ -241,7 +241,7 @@ PanelCard {
                     look: bar.look
                     size: 10
                     text: personas.fillLabel
-                    help: "只生成缺失动作，已有完整帧的组会跳过"
+                    help: personas.fillHelp
                     enabled: !personas.filling
                     onClicked: personas.fillMissing(custom.persona)
                 }

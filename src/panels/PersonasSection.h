@@ -15,10 +15,21 @@ class PersonasSection : public morvo::PanelSection {
   Q_PROPERTY(QAbstractItemModel *choices READ choices CONSTANT)
   Q_PROPERTY(QAbstractItemModel *customs READ customs CONSTANT)
   Q_PROPERTY(QString current READ current NOTIFY changed)
+  Q_PROPERTY(QString openerName READ openerName NOTIFY changed)
   Q_PROPERTY(bool hasCustoms READ hasCustoms NOTIFY changed)
   Q_PROPERTY(bool filling READ isFilling NOTIFY changed)
   Q_PROPERTY(QString fillLabel READ fillLabel NOTIFY changed)
   Q_PROPERTY(QColor warningColor READ warningColor NOTIFY changed)
+  Q_PROPERTY(QString title READ title CONSTANT)
+  Q_PROPERTY(QString newPetLabel READ newPetLabel CONSTANT)
+  Q_PROPERTY(QString manageLabel READ manageLabel CONSTANT)
+  Q_PROPERTY(QString namePlaceholder READ namePlaceholder CONSTANT)
+  Q_PROPERTY(QString saveLabel READ saveLabel CONSTANT)
+  Q_PROPERTY(QString currentBadge READ currentBadge CONSTANT)
+  Q_PROPERTY(QString chooseLabel READ chooseLabel CONSTANT)
+  Q_PROPERTY(QString renameHelp READ renameHelp CONSTANT)
+  Q_PROPERTY(QString removeHelp READ removeHelp CONSTANT)
+  Q_PROPERTY(QString fillHelp READ fillHelp CONSTANT)
 
 public:
   explicit PersonasSection(QObject *parent = nullptr);
@@ -30,10 +41,24 @@ public:
   [[nodiscard]] PanelRows *customs() { return &m_customs; }
   /// The current persona in the words of the menu, without its mark.
   [[nodiscard]] const QString &current() const { return m_current; }
+  /// What the menu's button is called to those who do not see it.
+  [[nodiscard]] QString openerName() const { return title() + u' ' + m_current; }
   [[nodiscard]] bool hasCustoms() const { return m_customs.rowCount() > 0; }
   [[nodiscard]] bool isFilling() const { return m_isFilling; }
   [[nodiscard]] const QString &fillLabel() const { return m_fillLabel; }
   [[nodiscard]] const QColor &warningColor() const { return m_warningColor; }
+  [[nodiscard]] static QString title() { return QStringLiteral("形象"); }
+  [[nodiscard]] static QString newPetLabel() { return QStringLiteral("＋ 新建自定义宠物…"); }
+  [[nodiscard]] static QString manageLabel() { return QStringLiteral("管理我的宠物…"); }
+  [[nodiscard]] static QString namePlaceholder() { return QStringLiteral("名字"); }
+  [[nodiscard]] static QString saveLabel() { return QStringLiteral("保存"); }
+  [[nodiscard]] static QString currentBadge() { return QStringLiteral("当前"); }
+  [[nodiscard]] static QString chooseLabel() { return QStringLiteral("选中"); }
+  [[nodiscard]] static QString renameHelp() { return QStringLiteral("改名"); }
+  [[nodiscard]] static QString removeHelp() { return QStringLiteral("删除"); }
+  [[nodiscard]] static QString fillHelp() {
+    return QStringLiteral("只生成缺失动作，已有完整帧的组会跳过");
+  }
 
   Q_INVOKABLE void choose(const QString &id);
   Q_INVOKABLE void createNew();

@@ -40,14 +40,14 @@ ColumnLayout {
             PanelLabel {
                 look: tab.look
                 size: 12
-                text: "状态"
+                text: vitals.title
                 font.weight: Font.DemiBold
             }
             PanelLabel {
                 Layout.fillWidth: true
                 look: tab.look
                 size: 10
-                text: "与 coding 无关"
+                text: vitals.note
                 color: tab.look.text(tab.look.foam, 0.4)
             }
         }
@@ -125,7 +125,7 @@ ColumnLayout {
             Layout.fillWidth: true
             look: tab.look
             size: 11
-            text: "摸摸、喂食、聊聊天会改变状态。"
+            text: vitals.hint
             color: tab.look.text(tab.look.foam, 0.5)
             wrapMode: Text.Wrap
         }
@@ -139,7 +139,7 @@ ColumnLayout {
     PanelButton {
         Layout.fillWidth: true
         look: tab.look
-        text: "显示桌面宠"
+        text: act.showPetLabel
         ground: "transparent"
         edge: tab.look.tinted(tab.look.foam, 0.22)
         onClicked: act.showDesktopPet()
@@ -149,7 +149,7 @@ ColumnLayout {
         Layout.topMargin: -4
         look: tab.look
         size: 10
-        text: "摸摸 / 喂食 / 动作 → 右键桌面悬浮宠"
+        text: act.petHint
         color: tab.look.textOn(tab.look.foam, 0.45, tab.look.abyss)
         wrapMode: Text.Wrap
     }
@@ -180,13 +180,13 @@ ColumnLayout {
                 Layout.fillWidth: true
                 look: tab.look
                 size: 12
-                text: "Act 权限守门（改动必问你）"
+                text: act.label
                 wrapMode: Text.Wrap
                 Accessible.ignored: true
             }
             PanelSwitch {
                 look: tab.look
-                text: "Act 权限守门（改动必问你）"
+                text: act.label
                 on: act.on
                 animated: tab.animated
                 onFlipped: on => act.setOn(on)

@@ -10,6 +10,7 @@ class TabsSection : public morvo::PanelSection {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
+  Q_PROPERTY(QString panelName READ panelName CONSTANT)
   Q_PROPERTY(int opening READ opening NOTIFY changed)
 
 public:
