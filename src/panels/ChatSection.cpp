@@ -18,15 +18,20 @@ bool ChatSection::send(const QString &draft) {
 }
 
 void ChatSection::connectTo(PetStore &store) {
-  observe(store, &PetStore::messagesChanged);
+  connect(&store, &PetStore::messagesChanged, this, &ChatSection::showMessages);
+  showMessages();
   observe(store, &PetStore::personaChanged);
   observe(store, &PetStore::chatHealthChanged);
   observe(store, &PetStore::thinkingChanged);
   observe(store, &PetStore::moodChanged);
 }
 
+void ChatSection::showMessages() {
+  m_messages.show(store()->messages());
+  Q_EMIT messagesShown();
+}
+
 void ChatSection::update(const PetStore &store, const PanelLook &look) {
-  m_messages.show(store.messages());
   m_placeholder = QStringLiteral("跟") + store.persona().name + QStringLiteral("说点什么…");
   const bool isSpent = store.chatHealth() == ChatHealth::quotaExceeded;
   m_spentLine = isSpent ? PanelTexts::chatHealth(ChatHealth::quotaExceeded) : QString();

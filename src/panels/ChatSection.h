@@ -13,7 +13,7 @@ class ChatSection : public morvo::PanelSection {
   QML_ELEMENT
   Q_PROPERTY(morvo::PanelEntries *entries READ entries WRITE setEntries NOTIFY changed REQUIRED)
   Q_PROPERTY(QAbstractItemModel *messages READ messages CONSTANT)
-  Q_PROPERTY(bool empty READ isEmpty NOTIFY changed)
+  Q_PROPERTY(bool empty READ isEmpty NOTIFY messagesShown)
   Q_PROPERTY(QString timelineName READ timelineName CONSTANT)
   Q_PROPERTY(QString invitation READ invitation CONSTANT)
   Q_PROPERTY(QString sendHelp READ sendHelp CONSTANT)
@@ -47,11 +47,17 @@ public:
   /// Sends the draft if it holds text and may be sent. True when it was, and so is to be cleared.
   Q_INVOKABLE bool send(const QString &draft);
 
+Q_SIGNALS:
+  /// The timeline has changed, and its rows with it.
+  void messagesShown();
+
 protected:
   void connectTo(PetStore &store) override;
   void update(const PetStore &store, const PanelLook &look) override;
 
 private:
+  void showMessages();
+
   QPointer<PanelEntries> m_entries;
   ChatMessagesModel m_messages;
   QString m_placeholder;

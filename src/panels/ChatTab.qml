@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Morvo.Panels
 
 // What is left of the quota, the talk with the pet, and the line to write in.
@@ -118,75 +117,11 @@ ColumnLayout {
         color: tab.look.textOn(tab.look.coral, 1, tab.look.abyss)
         wrapMode: Text.Wrap
     }
-    Rectangle {
+    ChatTimeline {
         Layout.fillWidth: true
         Layout.fillHeight: true
-        radius: 12
-        color: tab.look.tinted(tab.look.foam, 0.04)
-
-        PanelLabel {
-            anchors.centerIn: parent
-            width: parent.width - 60
-            visible: chat.empty
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            look: tab.look
-            size: 12
-            text: chat.invitation
-            color: tab.look.text(tab.look.foam, 0.45)
-        }
-        ListView {
-            id: timeline
-
-            anchors.fill: parent
-            anchors.margins: 8
-            visible: !chat.empty
-            spacing: 6
-            clip: true
-            boundsBehavior: Flickable.StopAtBounds
-            activeFocusOnTab: true
-            reuseItems: true
-            keyNavigationEnabled: false
-            Keys.onUpPressed: scrollBar.decrease()
-            Keys.onDownPressed: scrollBar.increase()
-            model: chat.messages
-
-            // The newest message is what one wants to see.
-            function scrollToBottom() {
-                timeline.forceLayout()
-                timeline.positionViewAtEnd()
-            }
-
-            Accessible.role: Accessible.List
-            Accessible.name: chat.timelineName
-            T.ScrollBar.vertical: PanelScroll {
-                id: scrollBar
-
-                look: tab.look
-            }
-            bottomMargin: 1
-            delegate: ChatBubble {
-                look: tab.look
-                timelineWidth: timeline.width
-            }
-            onCountChanged: timeline.scrollToBottom()
-            onVisibleChanged: timeline.scrollToBottom()
-            onHeightChanged: timeline.scrollToBottom()
-
-            Connections {
-                target: chat
-
-                function onChanged() {
-                    timeline.scrollToBottom()
-                }
-            }
-        }
-        FocusRing {
-            look: tab.look
-            radius: 13
-            anchors.margins: 0
-            shown: timeline.activeFocus
-        }
+        look: tab.look
+        chat: chat
     }
     RowLayout {
         Layout.fillWidth: true

@@ -359,6 +359,90 @@ TEST_F(MainPanelTest, AThousandMessagesKeepFewBubblesAndShowTheNewest) {
   EXPECT_LT(bubbles, 60);
 }
 
+class TimelineTest : public MainPanelTest {
+protected:
+  void SetUp() override {
+    open();
+    m_picture = overfull();
+    m_store->show(m_picture);
+    settle();
+    ASSERT_NE(timeline(), nullptr);
+  }
+  [[nodiscard]] QQuickItem *timeline() const {
+    for (QQuickItem *item : seenItems()) {
+      if (item->inherits("QQuickListView")) {
+        return item;
+      }
+    }
+    return nullptr;
+  }
+  [[nodiscard]] double place() const { return timeline()->property("contentY").toDouble(); }
+  [[nodiscard]] bool isAtEnd() const { return timeline()->property("atYEnd").toBool(); }
+  void readOlder() {
+    timeline()->setProperty("contentY", place() - 400);
+    settle();
+    ASSERT_FALSE(isAtEnd());
+  }
+
+  PetStore::Picture m_picture;
+};
+
+TEST_F(TimelineTest, BeginsAtTheNewest) { EXPECT_TRUE(isAtEnd()); }
+
+TEST_F(TimelineTest, StaysWhereItIsReadWhateverElseChanges) {
+  readOlder();
+  const double before = place();
+  PetStore::Picture other;
+  other.mood = QStringLiteral("sleepy");
+  other.thinking = true;
+  other.chatHealth = ChatHealth::ready;
+  other.needs = Needs{.belly = 1};
+  m_store->show(other);
+  m_store->announceAppearanceChange();
+  settle();
+  EXPECT_DOUBLE_EQ(place(), before);
+}
+
+TEST_F(TimelineTest, GoesToAMessageThatArrives) {
+  readOlder();
+  m_picture.messages->push_back({.text = QStringLiteral("新的")});
+  m_store->show(m_picture);
+  settle();
+  EXPECT_TRUE(isAtEnd());
+  EXPECT_NE(seen("text", QStringLiteral("新的")), nullptr);
+}
+
+TEST_F(TimelineTest, FollowsAReplyThatGrows) {
+  readOlder();
+  m_picture.messages->back().text += QStringLiteral(" 还有这些").repeated(40);
+  m_store->show(m_picture);
+  settle();
+  EXPECT_TRUE(isAtEnd());
+}
+
+TEST_F(TimelineTest, ThatLosesRoomStillShowsTheNewest) {
+  const double room = timeline()->height();
+  root()->setProperty("screenHeight", 500);
+  settle();
+  ASSERT_LT(timeline()->height(), room);
+  EXPECT_TRUE(isAtEnd());
+}
+
+TEST_F(TimelineTest, ThatLosesRoomStaysWhereItIsRead) {
+  readOlder();
+  const double before = place();
+  root()->setProperty("screenHeight", 500);
+  settle();
+  EXPECT_DOUBLE_EQ(place(), before);
+}
+
+TEST_F(TimelineTest, WithLargerTextStillShowsTheNewest) {
+  set(SettingKeys::fontScale, 1.4);
+  m_store->announceAppearanceChange();
+  settle();
+  EXPECT_TRUE(isAtEnd());
+}
+
 TEST_F(MainPanelTest, ARequestShowsItsCardAndHostileTextStaysText) {
   open();
   EXPECT_EQ(seen("text", QStringLiteral("批准")), nullptr);
