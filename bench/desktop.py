@@ -179,8 +179,6 @@ def peer_row(desktop, path, frames, seconds):
 
 
 def measure(desktop, path, seconds):
-    desktop.environment["MORVO_DEBUG"] = "1"
-    desktop.environment["MORVO_SKIP_UPDATE_CHECK"] = "1"
     starts = [start_time(desktop, path) for _ in range(STARTS)]
     print(f"start to pet on the screen: median {statistics.median(starts):.0f} ms of "
           + ", ".join(f"{start:.0f}" for start in starts), flush=True)
@@ -196,15 +194,18 @@ def measure(desktop, path, seconds):
         print(peer_row(desktop, str(peer), str(frames), seconds), flush=True)
 
 
-def main():
+def run(doc, measure, seconds):
+    """What a script of measurements does: measures the program that its words name."""
     if len(sys.argv) not in (2, 3):
-        print(__doc__, file=sys.stderr)
+        print(doc, file=sys.stderr)
         return 2
     path = str(pathlib.Path(sys.argv[1]).resolve())
     desktop = Desktop()
     try:
         desktop.begin()
-        measure(desktop, path, float(sys.argv[2]) if len(sys.argv) == 3 else 30.0)
+        desktop.environment["MORVO_DEBUG"] = "1"
+        desktop.environment["MORVO_SKIP_UPDATE_CHECK"] = "1"
+        measure(desktop, path, float(sys.argv[2]) if len(sys.argv) == 3 else seconds)
     except (Failure, OSError, subprocess.TimeoutExpired) as failure:
         print(f"FAILED: {failure}")
         return 1
@@ -214,4 +215,4 @@ def main():
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run(__doc__, measure, 30.0))

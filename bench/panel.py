@@ -12,15 +12,14 @@ throughout, so what the panel costs is not lost in what the pet costs.
 
 import pathlib
 import statistics
-import subprocess
 import sys
 import time
 
-from desktop import Program, SETTLING
+from desktop import Program, SETTLING, run
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "script"))
 
-from private_desktop import Desktop, Failure, wait_for  # noqa: E402
+from private_desktop import wait_for  # noqa: E402
 
 STARTS = 3
 WARM_CLICKS = 10
@@ -74,8 +73,6 @@ def described(times):
 
 
 def measure(desktop, path, seconds):
-    desktop.environment["MORVO_DEBUG"] = "1"
-    desktop.environment["MORVO_SKIP_UPDATE_CHECK"] = "1"
     cold = []
     panel = None
     for _ in range(STARTS):
@@ -104,22 +101,5 @@ def measure(desktop, path, seconds):
         panel.program.end()
 
 
-def main():
-    if len(sys.argv) not in (2, 3):
-        print(__doc__, file=sys.stderr)
-        return 2
-    path = str(pathlib.Path(sys.argv[1]).resolve())
-    desktop = Desktop()
-    try:
-        desktop.begin()
-        measure(desktop, path, float(sys.argv[2]) if len(sys.argv) == 3 else 20.0)
-    except (Failure, OSError, subprocess.TimeoutExpired) as failure:
-        print(f"FAILED: {failure}")
-        return 1
-    finally:
-        desktop.end()
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run(__doc__, measure, 20.0))
