@@ -130,12 +130,13 @@ private:
             .makeStore = [this] { return makeStore(); },
             .makePopover =
                 [this](PetStore &store) {
-                  return std::make_unique<PanelWindow>(
-                      PanelWindow::Ground{.store = store,
-                                          .entries = m_panelEntries,
-                                          .stage = m_panelStage,
-                                          .petPlace = [this] { return petPlace(); },
-                                          .source = QUrl(PanelWindow::mainPanel)});
+                  return std::make_unique<PanelWindow>(PanelWindow::Ground{
+                      .store = store,
+                      .entries = m_panelEntries,
+                      .stage = m_panelStage,
+                      .petPlace = [this] { return petPlace(); },
+                      .onScreen = [this](QWindow *panel) { m_pet.standBeneath(panel); },
+                      .source = QUrl(PanelWindow::mainPanel)});
                 },
             .personaInPlay = [this] { return m_pet.personaInPlay(); },
             .idleFrames = [this](const QString &id) { return idleFrames(id); },

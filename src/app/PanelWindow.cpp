@@ -30,7 +30,12 @@ const QString PanelWindow::mainPanel = QStringLiteral("qrc:/qt/qml/Morvo/Panels/
 
 PanelWindow::PanelWindow(Ground ground) : m_ground(std::move(ground)) {}
 
-PanelWindow::~PanelWindow() = default;
+PanelWindow::~PanelWindow() {
+  if (m_view) {
+    // A view that goes tells that it is hidden.
+    m_view->disconnect(this);
+  }
+}
 
 bool PanelWindow::load() {
   if (m_view) {
@@ -56,6 +61,7 @@ bool PanelWindow::load() {
     return false;
   }
   connect(view.get(), &QWindow::activeChanged, this, &PanelWindow::closeWhenInactive);
+  connect(view.get(), &QWindow::visibleChanged, this, &PanelWindow::visibleChanged);
   // Of a type that only the QML file knows.
   connect(view->rootObject(), SIGNAL(closeRequested()), this, SLOT(close()));
   m_view = std::move(view);
@@ -75,19 +81,27 @@ void PanelWindow::show(const std::optional<QRect> &icon, const std::optional<QPo
   const QRect workArea = screen->availableGeometry();
   m_view->rootObject()->setProperty("screenHeight", workArea.height());
   m_view->setPosition(PanelPlacement::origin(m_view->size(), workArea, anchor));
-  tellWhenDrawn();
+  connect(m_view.get(), &QQuickWindow::frameSwapped, this, &PanelWindow::drawn,
+          static_cast<Qt::ConnectionType>(Qt::UniqueConnection | Qt::SingleShotConnection));
   m_view->show();
   m_view->raise();
   m_view->requestActivate();
   QMetaObject::invokeMethod(m_view->rootObject(), "appeared");
 }
 
-void PanelWindow::tellWhenDrawn() {
+/// The first frame of an opening. By now a window manager has put its frame around the window.
+void PanelWindow::drawn() {
   if (m_ground.store.setting().environment().isOne(QStringLiteral("MORVO_DEBUG"))) {
-    connect(
-        m_view.get(), &QQuickWindow::frameSwapped, this,
-        [] { Diagnostics::line(u"PANEL", u"drawn"); },
-        static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection));
+    Diagnostics::line(u"PANEL", u"drawn");
+  }
+  if (m_ground.onScreen && isShown()) {
+    m_ground.onScreen(m_view.get());
+  }
+}
+
+void PanelWindow::visibleChanged(bool visible) {
+  if (!visible && m_ground.onScreen) {
+    m_ground.onScreen(nullptr);
   }
 }
 

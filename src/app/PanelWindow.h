@@ -12,6 +12,7 @@
 
 class QQuickItem;
 class QQuickView;
+class QWindow;
 
 namespace morvo {
 
@@ -31,6 +32,9 @@ public:
     PanelStage &stage;
     /// Where the pet stands on the desktop; nothing while it is hidden. May be missing.
     std::function<std::optional<QRect>()> petPlace;
+    /// Told of the panel's window each time the panel has come onto the screen, and of null when
+    /// it has left. May be missing.
+    std::function<void(QWindow *)> onScreen;
     /// The address of the QML file; its root gets store, entries and stage as properties.
     QUrl source;
   };
@@ -50,8 +54,8 @@ public:
 private:
   [[nodiscard]] bool load();
   void closeWhenInactive();
-  /// With `MORVO_DEBUG`, the next frame is told of on standard error.
-  void tellWhenDrawn();
+  void drawn();
+  void visibleChanged(bool visible);
 
   Ground m_ground;
   std::unique_ptr<QQuickView> m_view;

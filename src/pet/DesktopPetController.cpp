@@ -191,6 +191,9 @@ void DesktopPetController::show() {
   refreshLook();
   const QRect place = defaultPlace(PanelGeometry::panelSize(m_scale));
   m_window->showAt(place, PanelGeometry::spriteSide(m_scale));
+  if (m_above) {
+    m_windows->stackBeneath(*m_window, m_above);
+  }
   m_motion.emplace(
       PetMotion::Ground{*m_window, m_scene, *m_screens, *m_clock, *m_scheduler, *m_random});
   tell(QStringLiteral("shown at %1 win=%2").arg(described(place)).arg(m_window->winId()));
@@ -209,6 +212,13 @@ void DesktopPetController::tell(const QString &text) const {
 void DesktopPetController::hide() {
   m_motion.reset();
   m_window.reset();
+}
+
+void DesktopPetController::standBeneath(QWindow *other) {
+  m_above = other;
+  if (m_window) {
+    m_windows->stackBeneath(*m_window, other);
+  }
 }
 
 void DesktopPetController::throwPet(QPointF velocity) {

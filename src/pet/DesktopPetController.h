@@ -12,6 +12,8 @@
 #include "platform/Screens.h"
 #include "platform/Setting.h"
 
+#include <QPointer>
+
 #include <memory>
 #include <optional>
 
@@ -58,6 +60,10 @@ public:
   void show();
   /// Appearance, theme or text size have changed.
   void refreshLook();
+
+  /// Keeps the pet beneath that window, which is on the screen, and whatever pet is shown later;
+  /// null puts it above all windows again. The window may go without a word.
+  void standBeneath(QWindow *other);
 
   /// Throws the pet, in pixels a second, y down. Nothing while it is hidden.
   void throwPet(QPointF velocity);
@@ -127,6 +133,7 @@ private:
   /// There exactly while the window is.
   std::optional<PetMotion> m_motion;
   PetMenuHandler m_menuHandler;
+  QPointer<QWindow> m_above;
   QString m_bubble;
   double m_scale;
   double m_opacity;

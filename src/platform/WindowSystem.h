@@ -24,6 +24,10 @@ public:
   /// Cuts the window itself down to `region`, for desktops that show no transparency; nothing
   /// gives it its full rectangle back.
   virtual void setShape(QWindow &window, const std::optional<QRegion> &region) = 0;
+  /// Puts an overlay right beneath `other`, which is on the screen, and so above all that stands
+  /// beneath that; null puts it above all others again. It holds until the desktop restacks one of
+  /// them.
+  virtual void stackBeneath(QWindow &window, QWindow *other) = 0;
   /// Whether transparent pixels are shown as such. True where nothing is known.
   [[nodiscard]] virtual bool isCompositing() const = 0;
   /// Has `handler` called whenever `isCompositing` has changed; it replaces the one before, an

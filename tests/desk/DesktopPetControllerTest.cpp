@@ -5,6 +5,8 @@
 
 #include <QPointer>
 
+#include <memory>
+
 namespace morvo {
 namespace {
 
@@ -44,6 +46,30 @@ TEST_F(DesktopPetControllerTest, HidingDropsTheWindowAndShowingBuildsItAnewAtThe
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_TRUE(first.isNull());
   EXPECT_EQ(shown().position(), place);
+}
+
+TEST_F(DesktopPetControllerTest, StandsBeneathAnOpenPanelHoweverOftenItIsShownMeanwhile) {
+  auto panel = std::make_unique<QWindow>();
+  m_controller->standBeneath(panel.get());
+  EXPECT_TRUE(m_windows.above.empty());
+  shown();
+  EXPECT_EQ(m_windows.above, std::vector<QWindow *>{panel.get()});
+  m_controller->setVisible(false);
+  shown();
+  EXPECT_EQ(m_windows.above, (std::vector<QWindow *>{panel.get(), panel.get()}));
+  m_controller->standBeneath(nullptr);
+  EXPECT_EQ(m_windows.above.back(), nullptr);
+  m_controller->setVisible(false);
+  shown();
+  EXPECT_EQ(m_windows.above.size(), 3U);
+}
+
+TEST_F(DesktopPetControllerTest, APanelThatIsGoneIsForgotten) {
+  auto panel = std::make_unique<QWindow>();
+  m_controller->standBeneath(panel.get());
+  panel.reset();
+  shown();
+  EXPECT_TRUE(m_windows.above.empty());
 }
 
 TEST_F(DesktopPetControllerTest, AHiddenPetKeepsNoTimerAndNoListener) {

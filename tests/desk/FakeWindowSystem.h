@@ -19,6 +19,7 @@ public:
   void setShape(QWindow & /*window*/, const std::optional<QRegion> &region) override {
     shapes.push_back(region);
   }
+  void stackBeneath(QWindow & /*window*/, QWindow *other) override { above.push_back(other); }
   [[nodiscard]] bool isCompositing() const override { return m_compositing; }
   void onCompositingChanged(std::function<void()> handler) override {
     m_handler = std::move(handler);
@@ -33,6 +34,8 @@ public:
   [[nodiscard]] bool hasListener() const { return static_cast<bool>(m_handler); }
 
   std::vector<QWindow *> overlays;
+  /// What overlays were put beneath, null for nothing.
+  std::vector<QWindow *> above;
   bool preparedBeforeShown = true;
   std::vector<QRegion> inputRegions;
   std::vector<std::optional<QRegion>> shapes;

@@ -88,6 +88,32 @@ TEST_F(RealDesktopPetTest, StandsOnAllWorkspacesAndInNoTaskBar) {
                                      {QStringLiteral("set_desktop"), QStringLiteral("0")}));
 }
 
+TEST_F(RealDesktopPetTest, StandsBeneathAPanelThatIsOpenAndAboveItAgainAfterwards) {
+  const QColor cloth(40, 160, 90);
+  startCompositor();
+  show();
+  test::WindowBelow panel(cloth);
+  panel.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+  panel.setGeometry(window().geometry().adjusted(-20, -20, 20, -40));
+  panel.show();
+  const auto showsPanel = [&](const QImage &image) {
+    return image.pixelColor(onScreen(belly())) == cloth;
+  };
+  EXPECT_TRUE(screenComesToShow([&](const QImage &image) {
+    return image.pixelColor(onScreen({4, 4})) == cloth && !showsPanel(image);
+  }));
+  m_controller.standBeneath(&panel);
+  EXPECT_TRUE(screenComesToShow(showsPanel));
+  // Above all that is beneath the panel.
+  EXPECT_FALSE(isPaper(m_screen, onScreen(window().spriteRect().center() +
+                                          QPoint(0, window().spriteRect().height() / 2 - 20))));
+  m_controller.setVisible(false);
+  show();
+  EXPECT_TRUE(screenComesToShow(showsPanel));
+  m_controller.standBeneath(nullptr);
+  EXPECT_TRUE(screenComesToShow([&](const QImage &image) { return !showsPanel(image); }));
+}
+
 TEST_F(RealDesktopPetTest, IsCutToItsOutlineWithoutACompositor) {
   ASSERT_FALSE(m_windows.isCompositing());
   show();

@@ -27,10 +27,10 @@ class PanelTest(unittest.TestCase):
         self.desktop.begin()
         self.home = self.desktop.home
         self.desktop.environment.update(MORVO_DEBUG="1", MORVO_SKIP_UPDATE_CHECK="1")
-        settings = self.home / ".config" / "morvobar" / "settings.ini"
-        settings.parent.mkdir(parents=True)
-        settings.write_text("[General]\nmorvo.set.appearance=dark\n"
-                            "morvo.set.desktopPet=false\n")
+        self.settings = self.home / ".config" / "morvobar" / "settings.ini"
+        self.settings.parent.mkdir(parents=True)
+        self.settings.write_text("[General]\nmorvo.set.appearance=dark\n"
+                                 "morvo.set.desktopPet=false\n")
 
     def start(self):
         self.program = self.desktop.start(PROGRAM, stderr=subprocess.PIPE, text=True,
@@ -76,13 +76,22 @@ class PanelTest(unittest.TestCase):
     def assert_closes(self):
         wait_for("the end of the panel", lambda: self.panel() is None, DEADLINE)
 
-    def button(self):
-        """The centre of the panel's button in the theme's colour, if there is one."""
-        x, y, width, height = self.panel()
-        shot = subprocess.run(
+    def shot(self, x, y, width, height):
+        """What the screen shows there, as bytes of red, green and blue."""
+        return subprocess.run(
             ["import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "+repage",
              "-depth", "8", "rgb:-"], env=self.desktop.environment, capture_output=True,
             timeout=DEADLINE, check=True).stdout
+
+    def colours(self, *place):
+        """How many colours the screen shows there."""
+        shot = self.shot(*place)
+        return len({shot[at:at + 3] for at in range(0, len(shot), 3)})
+
+    def button(self):
+        """The centre of the panel's button in the theme's colour, if there is one."""
+        x, y, width, height = self.panel()
+        shot = self.shot(x, y, width, height)
         wanted = THEME * BUTTON[0]
         rows = []
         for row in range(height):
@@ -125,6 +134,28 @@ class PanelTest(unittest.TestCase):
         self.do("key", "Escape")
         self.assert_closes()
         self.open_panel()
+
+    def test_the_pet_stands_beneath_the_open_panel_and_above_all_afterwards(self):
+        self.settings.write_text("[General]\nmorvo.set.appearance=dark\n")
+        self.start()
+        shown = next(line for _, line in self.lines.seen if "[DESKPET] shown at" in line)
+        x, y, width, height = (int(part) for part in
+                               shown.split("(")[1].split(")")[0].split(", "))
+        self.open_panel()
+        bottom = sum(self.panel()[1::2])
+        # The pet's middle, in front of the panel's lowest part, where that is of one colour.
+        place = (x + width // 2 - 40, bottom - 70, 80, 40)
+        self.assertGreater(place[1], y + height - width)
+        wait_for("the whole panel", lambda: self.colours(*place) == 1, DEADLINE)
+        self.do("key", "Escape")
+        self.assert_closes()
+        wait_for("the pet", lambda: self.colours(*place) > 20, DEADLINE)
+        other = self.desktop.start("xmessage", "-geometry", "500x300+780+480", "hello")
+        wait_for("another window", lambda: self.do("search", "--onlyvisible", "--class",
+                                                   "Xmessage"), DEADLINE)
+        time.sleep(0.5)  # It would stand above the pet by now.
+        self.assertIsNone(other.poll())
+        self.assertGreater(self.colours(*place), 20)
 
     def test_a_click_on_approve_lets_claude_go_on(self):
         self.assertEqual(self.desktop.run(PROGRAM, "connect", "claude").returncode, 0)

@@ -1,6 +1,7 @@
 #include "platform/linux/X11WindowSystem.h"
 
 #include "platform/linux/X11Atom.h"
+#include "platform/linux/XcbReply.h"
 
 #include <QGuiApplication>
 
@@ -41,6 +42,22 @@ void setRectangles(xcb_connection_t *connection, QWindow &window, xcb_shape_sk_t
                        static_cast<xcb_window_t>(window.winId()), 0, 0,
                        static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
   xcb_flush(connection);
+}
+
+/// The child of the root window that holds the window: the frame a window manager put around it, or
+/// the window itself; nothing when the server knows it no more.
+std::optional<xcb_window_t> topLevel(xcb_connection_t *connection, xcb_window_t window) {
+  while (true) {
+    const XcbReply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+    if (!tree) {
+      return std::nullopt;
+    }
+    if (tree->parent == tree->root) {
+      return window;
+    }
+    window = tree->parent;
+  }
 }
 
 } // namespace
@@ -92,6 +109,28 @@ void X11WindowSystem::setShape(QWindow &window, const std::optional<QRegion> &re
   }
   xcb_shape_mask(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
                  static_cast<xcb_window_t>(window.winId()), 0, 0, XCB_PIXMAP_NONE);
+  xcb_flush(m_connection);
+}
+
+void X11WindowSystem::stackBeneath(QWindow &window, QWindow *other) {
+  if (m_connection == nullptr) {
+    return;
+  }
+  std::uint16_t mask = XCB_CONFIG_WINDOW_STACK_MODE;
+  std::vector<std::uint32_t> values{XCB_STACK_MODE_ABOVE};
+  if (other != nullptr) {
+    const auto frame = topLevel(m_connection, static_cast<xcb_window_t>(other->winId()));
+    if (!frame) {
+      return;
+    }
+    mask |= XCB_CONFIG_WINDOW_SIBLING;
+    values = {*frame, XCB_STACK_MODE_BELOW};
+  }
+  // The frame may be gone by now, which is no reason for Qt to complain.
+  xcb_discard_reply(m_connection, xcb_configure_window_checked(
+                                      m_connection, static_cast<xcb_window_t>(window.winId()), mask,
+                                      values.data())
+                                      .sequence);
   xcb_flush(m_connection);
 }
 

@@ -16,6 +16,7 @@ public:
   void prepareOverlay(QWindow &window) override;
   void setInputRegion(QWindow &window, const QRegion &region) override;
   void setShape(QWindow &window, const std::optional<QRegion> &region) override;
+  void stackBeneath(QWindow &window, QWindow *other) override;
   [[nodiscard]] bool isCompositing() const override;
   void onCompositingChanged(std::function<void()> handler) override;
 
