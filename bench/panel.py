@@ -7,7 +7,9 @@ Prints the time from a click on the tray icon to the panel's first frame, for th
 each of three starts and for ten later ones of the last; the resident memory before the panel was
 ever opened, with it open and after it; and the share of one core and the wake-ups a second while
 it stands open on each tab, each over SECONDS (20 unless told). The pet on the desktop is hidden
-throughout, so what the panel costs is not lost in what the pet costs.
+throughout, so what the panel costs is not lost in what the pet costs; only the last figures, of the
+memory with the pet shown, have both. Last comes what scrolling costs, when PanelScroll stands beside
+the program.
 """
 
 import pathlib
@@ -25,15 +27,16 @@ STARTS = 3
 WARM_CLICKS = 10
 PAUSE = 0.7  # Between two clicks, so that none is part of the one before.
 TABS = ("chat", "monitor", "pet")
+SCROLLING = 60.0
 DRAWN = "[PANEL] drawn"
 
 
 class Panel:
     """A running program and the pointer on its icon."""
 
-    def __init__(self, desktop, path):
+    def __init__(self, desktop, path, with_pet=False):
         self.desktop = desktop
-        self.program = Program(desktop, path, False)
+        self.program = Program(desktop, path, with_pet)
         self.program.wait("[INBOX] watcher started")
         wait_for("the tray icon", lambda: self.icon() is not None)
         time.sleep(SETTLING)
@@ -99,6 +102,19 @@ def measure(desktop, path, seconds):
         panel = Panel(desktop, path)
         print(panel.program.row(tab + " open", [panel.program.during(seconds)]), flush=True)
         panel.program.end()
+    del desktop.environment["MORVO_SHOW_PANEL"]
+    panel = Panel(desktop, path, with_pet=True)
+    before = panel.resident()
+    panel.open()
+    time.sleep(SETTLING)
+    opened = panel.resident()
+    panel.close()
+    print(f"resident with the pet shown (MB): never opened {before:.1f}, open {opened:.1f}, "
+          f"closed again {panel.resident():.1f}", flush=True)
+    panel.program.end()
+    scroll = pathlib.Path(path).parent / "PanelScroll"
+    if scroll.exists():
+        print(desktop.run(str(scroll), timeout=SCROLLING).stdout, end="", flush=True)
 
 
 if __name__ == "__main__":

@@ -47,13 +47,13 @@ class Desktop:
         return process
 
     def run(self, *command, **options):
+        options.setdefault("timeout", STEP_DEADLINE)
         return subprocess.run(
             command,
             env=self.environment,
             cwd=self.home,
             capture_output=True,
             text=True,
-            timeout=STEP_DEADLINE,
             check=False,
             **options,
         )
