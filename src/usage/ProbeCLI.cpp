@@ -1,7 +1,5 @@
 #include "usage/ProbeCLI.h"
 
-#include "base/ChildProcess.h"
-
 #include <QFileInfo>
 
 #include <utility>
@@ -11,7 +9,7 @@ namespace {
 
 const QString standardFolders = QStringLiteral("/usr/local/bin:/opt/homebrew/bin:/usr/bin:");
 
-/// No table of percentages is longer.
+/// A table of percentages is a few kilobytes.
 constexpr qsizetype longestOutput = qsizetype{1} << 20U;
 
 } // namespace
@@ -48,7 +46,8 @@ std::optional<QString> locate(const QString &name, const Environment &environmen
                              .value_or(standardFolders + home.file(QStringLiteral(".local/bin"))));
 }
 
-QCoro::Task<std::optional<QString>> run(Scheduler &scheduler, Run command, std::stop_token stop) {
+QCoro::Task<std::optional<ChildProcess::Output>> output(Scheduler &scheduler, Run command,
+                                                        std::stop_token stop) {
   ChildProcess::Command child;
   child.program = command.executable;
   child.arguments = command.arguments;
@@ -57,13 +56,17 @@ QCoro::Task<std::optional<QString>> run(Scheduler &scheduler, Run command, std::
   child.deadline = command.timeout;
   child.outputLimit = longestOutput;
   child.mayCrash = true;
-  const auto result = co_await ChildProcess::run(scheduler, child, stop);
-  if (!result || !*result) {
+  auto result = co_await ChildProcess::run(scheduler, child, stop);
+  co_return result && *result ? std::optional(**std::move(result)) : std::nullopt;
+}
+
+QCoro::Task<std::optional<QString>> run(Scheduler &scheduler, Run command, std::stop_token stop) {
+  const auto written = co_await output(scheduler, command, stop);
+  if (!written) {
     co_return std::nullopt;
   }
-  const ChildProcess::Output &output = **result;
-  const QString text = QString::fromUtf8(output.standardOutput.isEmpty() ? output.standardError
-                                                                         : output.standardOutput);
+  const QString text = QString::fromUtf8(
+      written->standardOutput.isEmpty() ? written->standardError : written->standardOutput);
   co_return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ChildProcess.h"
 #include "base/Environment.h"
 #include "base/Scheduler.h"
 #include "platform/HomeFolder.h"
@@ -34,10 +35,15 @@ struct Run {
   Environment environment;
 };
 
-/// What the command wrote: its standard output, or else its standard error, however it ended and
-/// up to a bound. Nothing when it could not be started, wrote nothing or was still running at the
-/// timeout, when it is ended with all it started, or when `stop` was requested. It runs in the root
-/// folder, so that a log which it writes of itself belongs to none of the user's projects.
+/// What the command wrote, however it ended and up to a bound. Nothing when it could not be started
+/// or was still running at the timeout, when it is ended with all it started, or when `stop` was
+/// requested. It runs in the root folder, so that a log which it writes of itself belongs to none
+/// of the user's projects.
+[[nodiscard]] QCoro::Task<std::optional<ChildProcess::Output>>
+output(Scheduler &scheduler, Run command, std::stop_token stop);
+
+/// The same as text: its standard output, or else its standard error. Nothing when it wrote
+/// nothing.
 [[nodiscard]] QCoro::Task<std::optional<QString>> run(Scheduler &scheduler, Run command,
                                                       std::stop_token stop);
 

@@ -1,6 +1,5 @@
 #include "usage/QuotaProbe.h"
 
-#include "base/ChildProcess.h"
 #include "usage/ProbeCLI.h"
 
 #include <QJsonArray>
@@ -22,8 +21,6 @@ const QString source = QStringLiteral("caut");
 const QString standardFolders = QStringLiteral("/usr/local/bin:/opt/homebrew/bin:/usr/bin");
 
 constexpr auto timeout = std::chrono::seconds(8);
-/// All providers' figures are a few kilobytes.
-constexpr qsizetype longestOutput = qsizetype{1} << 20U;
 
 constexpr double whole = 100;
 
@@ -101,20 +98,13 @@ std::optional<QString> findCautBinary(const Environment &environment) {
 
 QCoro::Task<std::vector<ProbedQuota>> runCautUsage(Scheduler &scheduler, QString binary,
                                                    Environment environment, std::stop_token stop) {
-  ChildProcess::Command child;
-  child.program = binary;
-  child.arguments = {QStringLiteral("usage"), QStringLiteral("--json"),
-                     QStringLiteral("--provider"), QStringLiteral("all")};
-  child.environment = environment;
-  child.workingDirectory = QStringLiteral("/");
-  child.deadline = timeout;
-  child.outputLimit = longestOutput;
-  child.mayCrash = true;
-  const auto result = co_await ChildProcess::run(scheduler, child, stop);
-  if (!result || !*result) {
-    co_return {};
-  }
-  co_return parseCautUsageJSON((*result)->standardOutput);
+  const ProbeCLI::Run run{.executable = binary,
+                          .arguments = {QStringLiteral("usage"), QStringLiteral("--json"),
+                                        QStringLiteral("--provider"), QStringLiteral("all")},
+                          .timeout = timeout,
+                          .environment = environment};
+  const auto written = co_await ProbeCLI::output(scheduler, run, stop);
+  co_return written ? parseCautUsageJSON(written->standardOutput) : std::vector<ProbedQuota>();
 }
 
 std::vector<ProbedQuota> parseCautUsageJSON(const QByteArray &output) {
