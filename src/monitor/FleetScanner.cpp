@@ -29,12 +29,11 @@ int wholeSeconds(std::chrono::milliseconds age) {
   return static_cast<int>(std::clamp<std::int64_t>(count, Limits::min(), Limits::max()));
 }
 
-FleetSession session(const QString &agent, const SessionLogs::LogFile &file, WallTime now,
-                     Rule rule) {
+FleetSession session(const QString &agent, const LogFile &file, WallTime now, Rule rule) {
   const auto findings = rule(SessionLogs::tail(file.path, tailBytes));
-  const int age = wholeSeconds(now - file.modifiedAt);
+  const int age = wholeSeconds(now - file.identity.modifiedAt());
   const auto atRest = findings.hasEndedTurn ? FleetStatus::done : FleetStatus::idle;
-  return {.id = QFileInfo(QFile::decodeName(file.path)).fileName(),
+  return {.id = QFileInfo(QFile::decodeName(file.path.c_str())).fileName(),
           .agent = agent,
           .project = findings.project.isEmpty() ? unknownProject : findings.project,
           .status = age < runningSeconds ? FleetStatus::running : atRest,

@@ -1,24 +1,19 @@
 #pragma once
 
 #include "base/Time.h"
+#include "usage/LogFile.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <cstddef>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 /// The logs that coding agents write of their sessions, found and read without waiting for anything
 /// but the disk. Any thread. What cannot be looked at is left out, without a word.
 namespace morvo::SessionLogs {
-
-struct LogFile {
-  QByteArray path; ///< As the system has it.
-  WallTime modifiedAt;
-
-  bool operator==(const LogFile &) const = default;
-};
 
 /// No more files are collected than this.
 inline constexpr std::size_t mostFiles = 80;
@@ -30,6 +25,6 @@ inline constexpr std::size_t mostFiles = 80;
                                                const std::stop_token &stop = {});
 
 /// The last `bytes` of a regular file, all of it when it is shorter.
-[[nodiscard]] QByteArray tail(const QByteArray &path, qsizetype bytes);
+[[nodiscard]] QByteArray tail(const std::string &path, qsizetype bytes);
 
 } // namespace morvo::SessionLogs

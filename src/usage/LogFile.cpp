@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
+#include <functional>
+#include <iterator>
 #include <memory>
+#include <ranges>
 #include <utility>
 
 namespace morvo {
@@ -18,27 +21,39 @@ bool hasExtension(std::string_view name, std::span<const std::string_view> exten
          std::ranges::find(extensions, name.substr(dot + 1)) != extensions.end();
 }
 
+/// What stands in one folder.
+struct Contents {
+  std::vector<LogFile> logs;
+  std::vector<std::string> folders;
+};
+
 /// Walks the folders of one search.
 class Walk {
 public:
-  Walk(std::span<const std::string_view> extensions, WallTime since)
-      : m_extensions(extensions), m_since(since) {}
+  Walk(std::span<const std::string_view> extensions, WallTime since, std::size_t most)
+      : m_extensions(extensions), m_since(since), m_most(most) {}
 
   std::vector<LogFile> from(const std::string &root, const std::stop_token &stop) {
-    m_folders.push_back(root);
-    while (!m_folders.empty() && !stop.stop_requested()) {
-      const std::string path = std::move(m_folders.back());
-      m_folders.pop_back();
-      if (const Folder folder{::opendir(path.c_str())}) {
-        readFolder(folder.get(), path);
-      }
+    std::vector<LogFile> found;
+    std::vector<std::string> folders{root};
+    while (!folders.empty() && found.size() < m_most && !stop.stop_requested()) {
+      const std::string path = std::move(folders.back());
+      folders.pop_back();
+      Contents contents = contentsOf(path);
+      std::ranges::sort(contents.logs, {}, &LogFile::path);
+      std::ranges::sort(contents.folders, std::ranges::greater());
+      const std::size_t room = std::min(contents.logs.size(), m_most - found.size());
+      std::ranges::move(contents.logs | std::views::take(room), std::back_inserter(found));
+      std::ranges::move(contents.folders, std::back_inserter(folders));
     }
-    return std::move(m_files);
+    return found;
   }
 
 private:
-  void readFolder(DIR *folder, const std::string &path) {
-    while (const dirent *const entry = ::readdir(folder)) {
+  [[nodiscard]] Contents contentsOf(const std::string &path) const {
+    Contents contents;
+    const Folder folder{::opendir(path.c_str())};
+    while (const dirent *const entry = folder ? ::readdir(folder.get()) : nullptr) {
       const std::string_view name = entry->d_name;
       if (name == "." || name == "..") {
         continue;
@@ -46,42 +61,44 @@ private:
       // Some file systems do not tell a kind with the name.
       const bool isUnknown = entry->d_type == DT_UNKNOWN;
       if (entry->d_type == DT_DIR) {
-        m_folders.push_back(path + '/' + entry->d_name);
+        contents.folders.push_back(path + '/' + entry->d_name);
       } else if (isUnknown || (entry->d_type == DT_REG && hasExtension(name, m_extensions))) {
-        look(::dirfd(folder), path, entry->d_name);
+        look(::dirfd(folder.get()), path, entry->d_name, contents);
       }
     }
+    return contents;
   }
 
-  void look(int folder, const std::string &path, const char *name) {
+  /// Adds the entry where it belongs; a link, and what cannot be looked at, nowhere.
+  void look(int folder, const std::string &path, const char *name, Contents &contents) const {
     struct stat info{};
     if (::fstatat(folder, name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
       return;
     }
     if (S_ISDIR(info.st_mode)) {
-      m_folders.push_back(path + '/' + name);
+      contents.folders.push_back(path + '/' + name);
       return;
     }
     const FileIdentity identity = FileIdentity::of(info);
     if (S_ISREG(info.st_mode) && hasExtension(name, m_extensions) &&
         identity.modifiedAt() >= m_since) {
-      m_files.push_back(
+      contents.logs.push_back(
           {.path = path + '/' + name, .identity = identity, .hasOtherNames = info.st_nlink > 1});
     }
   }
 
   std::span<const std::string_view> m_extensions;
   WallTime m_since;
-  std::vector<std::string> m_folders;
-  std::vector<LogFile> m_files;
+  std::size_t m_most;
 };
 
 } // namespace
 
 std::vector<LogFile> LogFile::changedSince(const std::string &folder,
                                            std::span<const std::string_view> extensions,
-                                           WallTime since, const std::stop_token &stop) {
-  return Walk(extensions, since).from(folder, stop);
+                                           WallTime since, const std::stop_token &stop,
+                                           std::size_t most) {
+  return Walk(extensions, since, most).from(folder, stop);
 }
 
 } // namespace morvo

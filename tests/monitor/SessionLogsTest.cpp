@@ -20,12 +20,12 @@ protected:
     QStringList names;
     const QString prefix = m_home.path({});
     for (const auto &file : SessionLogs::recentFiles(m_home.path({}), m_home.now())) {
-      names << QString::fromUtf8(file.path).sliced(prefix.size());
+      names << QString::fromStdString(file.path).sliced(prefix.size());
     }
     return names;
   }
   [[nodiscard]] QByteArray tail(const QString &relative, qsizetype bytes) const {
-    return SessionLogs::tail(QFile::encodeName(m_home.path(relative)), bytes);
+    return SessionLogs::tail(QFile::encodeName(m_home.path(relative)).toStdString(), bytes);
   }
 
   test::SessionHome m_home;
@@ -52,11 +52,16 @@ TEST_F(SessionLogsTest, AFileCountsUpToFifteenMinutesAfterItsLastWrite) {
   EXPECT_EQ(recent(), (QStringList{QStringLiteral("/a.jsonl"), QStringLiteral("/c.jsonl")}));
 }
 
+TEST_F(SessionLogsTest, ADateBeyondWhatNanosecondsCanCountIsLaterThanNow) {
+  put(QStringLiteral("a.jsonl"), -24h * 365 * 400);
+  EXPECT_EQ(recent(), QStringList{QStringLiteral("/a.jsonl")});
+}
+
 TEST_F(SessionLogsTest, EachFileComesWithItsDate) {
   put(QStringLiteral("a.jsonl"), 1234ms);
   const auto found = SessionLogs::recentFiles(m_home.path({}), m_home.now());
   ASSERT_EQ(found.size(), 1U);
-  EXPECT_EQ(found.front().modifiedAt, m_home.now() - 1234ms);
+  EXPECT_EQ(found.front().identity.modifiedAt(), m_home.now() - 1234ms);
 }
 
 TEST_F(SessionLogsTest, CollectingStopsAtEightyFilesAndOldOnesDoNotCount) {
