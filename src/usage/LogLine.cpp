@@ -1,16 +1,15 @@
 #include "usage/LogLine.h"
 
+#include "usage/TextSearch.h"
+
 #include <cstring>
 
 void morvo::LogLine::eachMarked(std::string_view text, std::string_view marker,
                                 const std::function<void(std::string_view)> &take) {
-  // An empty marker marks every line, yet no search may be given a null pointer.
-  const char *const sought = marker.empty() ? "" : marker.data();
   const char *from = text.data();
   const char *const limit = from + text.size();
   while (from < limit) {
-    const auto *const hit = static_cast<const char *>(
-        ::memmem(from, static_cast<std::size_t>(limit - from), sought, marker.size()));
+    const char *const hit = TextSearch::find({from, limit}, marker);
     if (hit == nullptr) {
       return;
     }
