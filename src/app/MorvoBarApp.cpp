@@ -192,7 +192,7 @@ private:
   SystemClock m_clock;
   QtScheduler m_scheduler;
   SeededRandomSource m_random;
-  WorkerPool m_workers;
+  WorkerPool m_workers{LocalUsage::threads};
   /// Of its own: reading gigabytes of logs must not hold up the look at the sessions.
   WorkerPool m_fleetWorkers{1};
   SettingsFile m_settingsFile;

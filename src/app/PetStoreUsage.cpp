@@ -33,17 +33,17 @@ QCoro::Task<> PetStore::captureUsage() {
   if (!m_parts.usage) {
     co_return;
   }
-  const UsageSnapshot snapshot = co_await m_parts.usage->capture();
-  if (stop.stop_requested()) {
+  const auto snapshot = co_await m_parts.usage->capture();
+  if (stop.stop_requested() || !snapshot) {
     co_return;
   }
-  publish(snapshot.agents);
+  publish(snapshot->agents);
   // Without agents there is nothing to measure, and the last figures stand.
-  if (snapshot.agents.empty()) {
+  if (snapshot->agents.empty()) {
     refreshAttention();
     co_return;
   }
-  m_usage = m_parts.measure(snapshot);
+  m_usage = m_parts.measure(*snapshot);
   refreshAttention();
   reportUsage();
 }
@@ -58,9 +58,9 @@ QCoro::Task<> PetStore::scanSourcesOnly(bool deep) {
   if (!m_parts.usage) {
     co_return;
   }
-  const std::vector<DetectedAgent> agents = co_await m_parts.usage->present();
-  if (!stop.stop_requested()) {
-    publish(agents);
+  const auto agents = co_await m_parts.usage->present();
+  if (!stop.stop_requested() && agents) {
+    publish(*agents);
     refreshAttention();
   }
 }

@@ -61,9 +61,9 @@ QString codexLine(const std::optional<LiveRateLimit> &limit) {
 void scan(const HookContext &context, const Setting &setting) {
   const SystemClock clock;
   QtScheduler scheduler;
-  WorkerPool pool;
+  WorkerPool pool(LocalUsage::threads);
   const auto source = LocalUsage::source(context, clock, scheduler, pool);
-  const UsageSnapshot snapshot = QCoro::waitFor(source->capture());
+  const UsageSnapshot snapshot = QCoro::waitFor(source->capture()).value_or(UsageSnapshot());
   UsageCalibrator calibrator(setting.store(), clock);
   const auto stats =
       UsageAnalytics::compute(snapshot.events, snapshot.weekTokens, clock.now(), calibrator);

@@ -23,8 +23,8 @@ DetectedAgent agentOf(const SourceAdapter &adapter, const HomeFolder &home) {
   return {.id = adapter.id, .name = adapter.name, .detectedPath = home.file(adapter.probeRelative)};
 }
 
-void count(const std::vector<TokenEvent> &events, WallTime windowStart, DetectedAgent &agent) {
-  for (const TokenEvent &event : events) {
+void count(const TokenEvents &events, WallTime windowStart, DetectedAgent &agent) {
+  for (const TokenEvent event : events) {
     agent.weekTokens = TokenCount::sum(agent.weekTokens, event.billable);
     if (event.ts >= windowStart) {
       agent.windowTokens = TokenCount::sum(agent.windowTokens, event.billable);
@@ -40,11 +40,15 @@ UsageSnapshot snapshot(const HomeFolder &home, WallTime now, AccountReader &acco
   UsageSnapshot result;
   for (const SourceAdapter &adapter : SourceRegistry::detected(home)) {
     DetectedAgent agent = agentOf(adapter, home);
-    const auto burned = events(adapter, weekHours);
+    auto burned = events(adapter, weekHours);
     count(burned, now - window, agent);
     agent.account = accountOf(adapter.id, accounts);
     result.weekTokens = TokenCount::sum(result.weekTokens, agent.weekTokens);
-    result.events.insert(result.events.end(), burned.begin(), burned.end());
+    if (result.events.empty()) {
+      result.events = std::move(burned);
+    } else {
+      result.events.append(burned);
+    }
     result.agents.push_back(std::move(agent));
   }
   return result;

@@ -16,8 +16,7 @@
 namespace morvo::AgentScanner {
 
 /// Gives what the agent's logs tell of the last `hours` hours.
-using EventReader =
-    std::function<std::vector<TokenEvent>(const SourceAdapter &agent, double hours)>;
+using EventReader = std::function<TokenEvents(const SourceAdapter &agent, double hours)>;
 
 /// Which of the measured agents are there, what each burned and who is logged in. Sums saturate.
 /// The official figures are not in it; see `withLimits`.

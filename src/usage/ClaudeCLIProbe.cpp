@@ -16,7 +16,9 @@ const QString tokenVariable = QStringLiteral("CLAUDE_CODE_OAUTH_TOKEN");
 
 } // namespace
 
-ClaudeCLIProbe::ClaudeCLIProbe(ProbeContext context) : m_context(std::move(context)) {}
+ClaudeCLIProbe::ClaudeCLIProbe(ProbeContext context)
+    : m_context(std::move(context)),
+      m_locating(*m_context.pool, *m_context.scheduler, ProbeContext::patience) {}
 
 QString ClaudeCLIProbe::providerId() const { return QStringLiteral("claude"); }
 
@@ -32,7 +34,7 @@ QCoro::Task<std::optional<LiveRateLimit>> ClaudeCLIProbe::probe(std::stop_token 
   const auto look = [context](const std::stop_token &) {
     return ProbeCLI::locate(command, context.environment, context.home);
   };
-  const auto located = co_await context.pool->run(look);
+  const auto located = co_await m_locating.run(look);
   if (stop.stop_requested() || !located || !*located) {
     co_return std::nullopt;
   }

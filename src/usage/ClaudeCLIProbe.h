@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/SharedWork.h"
 #include "usage/LiveQuotaProbing.h"
 #include "usage/ProbeContext.h"
 
@@ -16,6 +17,7 @@ public:
 
 private:
   ProbeContext m_context;
+  SharedWork<std::optional<QString>> m_locating;
 };
 
 } // namespace morvo

@@ -32,7 +32,6 @@ void ClaudeLog::update(const std::string &path, WallTime since, Tools &tools,
 bool ClaudeLog::readOn(const OpenLog &log, WallTime since, Tools &tools,
                        const std::stop_token &stop) {
   m_unfinished.reset();
-  std::erase_if(m_events, [since](const TokenEvent &event) { return event.ts < since; });
   const auto place = tools.lines.read(
       log, m_place,
       [this, since, &tools](std::string_view line, bool isWhole) {
@@ -50,20 +49,22 @@ bool ClaudeLog::readOn(const OpenLog &log, WallTime since, Tools &tools,
   if (!fingerprint) {
     return false;
   }
-  m_events.shrink_to_fit();
+  m_events.dropBefore(since);
   m_identity = log.identity();
   m_place = *place;
   m_fingerprint = *fingerprint;
   m_since = since;
-  const auto oldest = std::ranges::min_element(m_events, {}, &TokenEvent::ts);
-  m_oldest = oldest == m_events.end() ? WallTime::max() : oldest->ts;
+  m_oldest = WallTime::max();
+  for (const TokenEvent event : m_events) {
+    m_oldest = std::min(m_oldest, event.ts);
+  }
   return true;
 }
 
-void ClaudeLog::append(WallTime since, std::vector<TokenEvent> &events) const {
+void ClaudeLog::append(WallTime since, TokenEvents &events) const {
   const auto isRecent = [since](const TokenEvent &event) { return event.ts >= since; };
   if (m_oldest >= since) {
-    events.insert(events.end(), m_events.begin(), m_events.end());
+    events.append(m_events);
   } else {
     std::ranges::copy_if(m_events, std::back_inserter(events), isRecent);
   }

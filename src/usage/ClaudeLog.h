@@ -2,9 +2,9 @@
 
 #include "usage/ClaudeLine.h"
 #include "usage/MarkedLines.h"
+#include "usage/TokenEvents.h"
 
 #include <cstddef>
-#include <vector>
 
 namespace morvo {
 
@@ -30,7 +30,7 @@ public:
   /// How many events are kept.
   [[nodiscard]] std::size_t size() const { return m_events.size() + (m_unfinished ? 1 : 0); }
   /// Puts the events since that time behind the others.
-  void append(WallTime since, std::vector<TokenEvent> &events) const;
+  void append(WallTime since, TokenEvents &events) const;
 
 private:
   [[nodiscard]] bool canContinue(const FileIdentity &identity, WallTime since) const;
@@ -42,7 +42,7 @@ private:
   std::uint64_t m_fingerprint = 0; ///< Of what is before the place.
   WallTime m_since;                ///< Older events are not kept.
   WallTime m_oldest = WallTime::max();
-  std::vector<TokenEvent> m_events;
+  TokenEvents m_events;
   /// The event of a last line without its line feed, which may still change.
   std::optional<TokenEvent> m_unfinished;
 };

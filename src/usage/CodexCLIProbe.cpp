@@ -19,7 +19,9 @@ std::optional<LiveRateLimit> read(const ProbeContext &context, const std::stop_t
 
 } // namespace
 
-CodexCLIProbe::CodexCLIProbe(ProbeContext context) : m_context(std::move(context)) {}
+CodexCLIProbe::CodexCLIProbe(ProbeContext context)
+    : m_context(std::move(context)),
+      m_reading(*m_context.pool, *m_context.scheduler, ProbeContext::patience) {}
 
 QString CodexCLIProbe::providerId() const { return QStringLiteral("codex"); }
 
@@ -31,7 +33,7 @@ QCoro::Task<std::optional<LiveRateLimit>> CodexCLIProbe::probe(std::stop_token s
   const auto look = [context = m_context](const std::stop_token &end) {
     return read(context, end);
   };
-  const auto limit = co_await m_context.pool->run(look);
+  const auto limit = co_await m_reading.run(look);
   co_return stop.stop_requested() || !limit ? std::nullopt : *limit;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/SharedWork.h"
 #include "usage/LiveQuotaProbing.h"
 #include "usage/ProbeContext.h"
 
@@ -17,6 +18,7 @@ public:
 
 private:
   ProbeContext m_context;
+  SharedWork<std::optional<LiveRateLimit>> m_reading;
 };
 
 } // namespace morvo

@@ -17,6 +17,7 @@
 #include <string_view>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 namespace morvo {
 namespace {
@@ -176,9 +177,8 @@ Tokens GenericUsageReader::extractTokens(const QJsonObject &record) {
 GenericUsageReader::GenericUsageReader(HomeFolder home, const Clock &clock)
     : m_home(std::move(home)), m_clock(&clock) {}
 
-std::vector<TokenEvent> GenericUsageReader::events(const QString &under, double sinceHours,
-                                                   const QString &modelHint,
-                                                   const std::stop_token &stop) {
+TokenEvents GenericUsageReader::events(const QString &under, double sinceHours,
+                                       const QString &modelHint, const std::stop_token &stop) {
   const std::scoped_lock lock(m_mutex);
   auto files =
       LogFile::changedSince(QFile::encodeName(m_home.file(under)).toStdString(), extensions,
@@ -187,7 +187,7 @@ std::vector<TokenEvent> GenericUsageReader::events(const QString &under, double 
   const TokenPrice price = TokenPrice::ofModel(modelHint.toStdString());
   std::map<std::string, Sums> &known = m_memory[under];
   std::map<std::string, Sums> present;
-  std::vector<TokenEvent> events;
+  TokenEvents events;
   for (const LogFile &file : files) {
     const auto before = known.find(file.path);
     std::optional<Sums> sums;

@@ -3,7 +3,7 @@
 #include "base/Clock.h"
 #include "platform/HomeFolder.h"
 #include "usage/FileIdentity.h"
-#include "usage/TokenEvent.h"
+#include "usage/TokenEvents.h"
 
 #include <QJsonObject>
 #include <QString>
@@ -12,7 +12,6 @@
 #include <mutex>
 #include <stop_token>
 #include <string>
-#include <vector>
 
 namespace morvo {
 
@@ -37,9 +36,8 @@ public:
 
   /// One event for each of the newest files below the home's folder `under` that burned something;
   /// `modelHint` names the model that their cost is reckoned by.
-  [[nodiscard]] std::vector<TokenEvent> events(const QString &under, double sinceHours,
-                                               const QString &modelHint,
-                                               const std::stop_token &stop = {});
+  [[nodiscard]] TokenEvents events(const QString &under, double sinceHours,
+                                   const QString &modelHint, const std::stop_token &stop = {});
 
   [[nodiscard]] static Tokens extractTokens(const QJsonObject &record);
 

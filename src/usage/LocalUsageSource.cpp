@@ -16,11 +16,13 @@ struct LocalUsageSource::Accounts {
 
 LocalUsageSource::LocalUsageSource(const Clock &clock, const ProbeContext &context, LogReader logs)
     : m_clock(&clock), m_context(context), m_accounts(std::make_shared<Accounts>(context.home)),
-      m_logs(std::move(logs)), m_prober(clock, context) {}
+      m_logs(std::move(logs)), m_prober(clock, context),
+      m_reading(*context.pool, *context.scheduler, patience),
+      m_looking(*context.pool, *context.scheduler, patience) {}
 
 LocalUsageSource::~LocalUsageSource() { m_stop.request_stop(); }
 
-QCoro::Task<UsageSnapshot> LocalUsageSource::capture() {
+QCoro::Task<std::optional<UsageSnapshot>> LocalUsageSource::capture() {
   const std::stop_token stop = m_stop.get_token();
   auto asked = m_prober.liveMap(true);
   const auto read = [home = m_context.home, now = m_clock->now(), accounts = m_accounts,
@@ -29,27 +31,27 @@ QCoro::Task<UsageSnapshot> LocalUsageSource::capture() {
         home, now, accounts->reader,
         [&](const SourceAdapter &agent, double hours) { return logs(agent, hours, end); });
   };
-  auto counted = co_await m_context.pool->run(read);
+  auto counted = co_await m_reading.run(read);
   if (stop.stop_requested() || !counted) {
-    co_return UsageSnapshot();
+    co_return std::nullopt;
   }
   const auto limits = co_await std::move(asked);
   if (stop.stop_requested()) {
-    co_return UsageSnapshot();
+    co_return std::nullopt;
   }
   co_return AgentScanner::withLimits(*std::move(counted), limits);
 }
 
-QCoro::Task<std::vector<DetectedAgent>> LocalUsageSource::present() {
+QCoro::Task<std::optional<std::vector<DetectedAgent>>> LocalUsageSource::present() {
   const std::stop_token stop = m_stop.get_token();
   const auto look = [home = m_context.home](const std::stop_token &) {
     return AgentScanner::present(home);
   };
-  auto agents = co_await m_context.pool->run(look);
-  if (stop.stop_requested() || !agents) {
-    co_return std::vector<DetectedAgent>();
+  auto agents = co_await m_looking.run(look);
+  if (stop.stop_requested()) {
+    co_return std::nullopt;
   }
-  co_return *std::move(agents);
+  co_return agents;
 }
 
 } // namespace morvo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
+#include "base/SharedWork.h"
 #include "usage/MorvoLiveQuotaProber.h"
 #include "usage/SourceAdapter.h"
 #include "usage/UsageSource.h"
@@ -12,14 +13,19 @@
 namespace morvo {
 
 /// The agents of this machine: their logs read on the pool's threads, their commands asked
-/// meanwhile. Destroying it kills the commands and gives up the rest.
+/// meanwhile. Logs that are not read in time are read on, for a later capture. Destroying it kills
+/// the commands and gives up the rest.
 class LocalUsageSource final : public UsageSource {
 public:
+  /// No capture waits for longer for the logs. Gigabytes of them are read in seconds, from a slow
+  /// disk in a minute.
+  static constexpr Duration patience = std::chrono::minutes(2);
+
   /// Gives what the agent's logs tell of the last `hours` hours, incomplete when `stop` is
-  /// requested. Called on the pool's threads, perhaps on two at once and perhaps a moment longer
-  /// than the source lives.
-  using LogReader = std::function<std::vector<TokenEvent>(const SourceAdapter &agent, double hours,
-                                                          const std::stop_token &stop)>;
+  /// requested. Called on one of the pool's threads, perhaps a moment longer than the source
+  /// lives.
+  using LogReader = std::function<TokenEvents(const SourceAdapter &agent, double hours,
+                                              const std::stop_token &stop)>;
 
   /// `clock` must outlive the source, as must what `context` points to.
   LocalUsageSource(const Clock &clock, const ProbeContext &context, LogReader logs);
@@ -27,8 +33,8 @@ public:
   LocalUsageSource &operator=(const LocalUsageSource &) = delete;
   ~LocalUsageSource() override;
 
-  [[nodiscard]] QCoro::Task<UsageSnapshot> capture() override;
-  [[nodiscard]] QCoro::Task<std::vector<DetectedAgent>> present() override;
+  [[nodiscard]] QCoro::Task<std::optional<UsageSnapshot>> capture() override;
+  [[nodiscard]] QCoro::Task<std::optional<std::vector<DetectedAgent>>> present() override;
 
 private:
   /// The readers of the accounts, which a scan may need a moment longer than the source lives.
@@ -39,6 +45,8 @@ private:
   std::shared_ptr<Accounts> m_accounts;
   LogReader m_logs;
   MorvoLiveQuotaProber m_prober;
+  SharedWork<UsageSnapshot> m_reading;
+  SharedWork<std::vector<DetectedAgent>> m_looking;
   std::stop_source m_stop;
 };
 

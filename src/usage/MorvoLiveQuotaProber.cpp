@@ -20,8 +20,15 @@ void addMissing(MorvoLiveQuotaProber::Limits &limits, const QString &id,
 } // namespace
 
 MorvoLiveQuotaProber::MorvoLiveQuotaProber(const Clock &clock, const ProbeContext &context)
-    : m_clock(&clock), m_context(context), m_probes{std::make_shared<ClaudeCLIProbe>(context),
-                                                    std::make_shared<CodexCLIProbe>(context)} {}
+    : m_clock(&clock), m_context(context),
+      m_probes{std::make_shared<ClaudeCLIProbe>(context), std::make_shared<CodexCLIProbe>(context)},
+      m_codexLogs(*context.pool, *context.scheduler, ProbeContext::patience),
+      m_cautLook(*context.pool, *context.scheduler, ProbeContext::patience) {
+  for (const auto &probe : m_probes) {
+    m_looks.try_emplace(probe->providerId(), *context.pool, *context.scheduler,
+                        ProbeContext::patience);
+  }
+}
 
 MorvoLiveQuotaProber::~MorvoLiveQuotaProber() { m_stop.request_stop(); }
 
@@ -59,12 +66,11 @@ QCoro::Task<MorvoLiveQuotaProber::Limits> MorvoLiveQuotaProber::liveMap(bool inc
   co_return stop.stop_requested() ? Limits() : limits;
 }
 
-QCoro::Task<std::optional<LiveRateLimit>>
-MorvoLiveQuotaProber::codexLogs(std::stop_token stop) const {
+QCoro::Task<std::optional<LiveRateLimit>> MorvoLiveQuotaProber::codexLogs(std::stop_token stop) {
   const auto read = [codex = m_context.codex](const std::stop_token &end) {
     return codex->latest(end);
   };
-  const auto limit = co_await m_context.pool->run(read);
+  const auto limit = co_await m_codexLogs.run(read);
   co_return stop.stop_requested() || !limit ? std::nullopt : *limit;
 }
 
@@ -77,7 +83,7 @@ MorvoLiveQuotaProber::cachedOrProbed(std::shared_ptr<LiveQuotaProbing> probe,
     co_return known->limit;
   }
   const auto look = [probe](const std::stop_token &) { return probe->isAvailable(); };
-  const auto isAvailable = co_await m_context.pool->run(look);
+  const auto isAvailable = co_await m_looks.at(id).run(look);
   if (stop.stop_requested() || !isAvailable.value_or(false)) {
     co_return std::nullopt;
   }
@@ -90,7 +96,7 @@ MorvoLiveQuotaProber::cachedOrProbed(std::shared_ptr<LiveQuotaProbing> probe,
   co_return limit;
 }
 
-QCoro::Task<MorvoLiveQuotaProber::Limits> MorvoLiveQuotaProber::caut(std::stop_token stop) const {
+QCoro::Task<MorvoLiveQuotaProber::Limits> MorvoLiveQuotaProber::caut(std::stop_token stop) {
   const Environment environment = m_context.environment;
   if (!QuotaProbe::cautEnabled(environment)) {
     co_return Limits();
@@ -98,7 +104,7 @@ QCoro::Task<MorvoLiveQuotaProber::Limits> MorvoLiveQuotaProber::caut(std::stop_t
   const auto look = [environment](const std::stop_token &) {
     return QuotaProbe::findCautBinary(environment);
   };
-  const auto binary = co_await m_context.pool->run(look);
+  const auto binary = co_await m_cautLook.run(look);
   if (stop.stop_requested() || !binary || !*binary) {
     co_return Limits();
   }

@@ -12,6 +12,9 @@ namespace morvo {
 
 /// What a probe works with. The pointers must outlive it.
 struct ProbeContext {
+  /// No probe waits for longer for a disk on which it looks for its command or reads its logs.
+  static constexpr Duration patience = std::chrono::seconds(10);
+
   HomeFolder home;
   Environment environment;
   Scheduler *scheduler = nullptr;

@@ -39,8 +39,8 @@ constexpr std::array sources{
 SourceUsageDispatch::SourceUsageDispatch(const HomeFolder &home, const Clock &clock)
     : m_usage(home, clock), m_generic(home, clock) {}
 
-std::vector<TokenEvent> SourceUsageDispatch::events(const SourceAdapter &adapter, double sinceHours,
-                                                    const std::stop_token &stop) {
+TokenEvents SourceUsageDispatch::events(const SourceAdapter &adapter, double sinceHours,
+                                        const std::stop_token &stop) {
   if (!adapter.contributesUsage) {
     return {};
   }
@@ -54,7 +54,7 @@ std::vector<TokenEvent> SourceUsageDispatch::events(const SourceAdapter &adapter
   if (source == sources.end()) {
     return {};
   }
-  std::vector<TokenEvent> events;
+  TokenEvents events;
   for (const QLatin1StringView folder : source->folders) {
     if (events.empty() && !folder.isEmpty()) {
       events = m_generic.events(folder, sinceHours, source->modelHint, stop);

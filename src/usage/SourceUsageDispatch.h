@@ -17,8 +17,8 @@ public:
 
   /// What the agent burned since; nothing for an agent whose logs do not tell. Incomplete when
   /// `stop` was requested.
-  [[nodiscard]] std::vector<TokenEvent> events(const SourceAdapter &adapter, double sinceHours,
-                                               const std::stop_token &stop = {});
+  [[nodiscard]] TokenEvents events(const SourceAdapter &adapter, double sinceHours,
+                                   const std::stop_token &stop = {});
 
 private:
   UsageReader m_usage;

@@ -49,13 +49,12 @@ UsageLevel UsageAnalytics::level(int usedPct) {
                                 : UsageLevel::normal;
 }
 
-UsageStats UsageAnalytics::compute(std::span<const TokenEvent> events, std::int64_t weekTokens,
-                                   WallTime now, UsageCalibrator &calibrator,
-                                   std::optional<std::int64_t> ceiling,
+UsageStats UsageAnalytics::compute(const TokenEvents &events, std::int64_t weekTokens, WallTime now,
+                                   UsageCalibrator &calibrator, std::optional<std::int64_t> ceiling,
                                    std::optional<std::int64_t> weeklyCeiling) {
   UsageStats stats{.weekTokens = weekTokens};
   std::int64_t burned = 0;
-  for (const TokenEvent &event : events) {
+  for (const TokenEvent event : events) {
     if (event.ts >= now - window) {
       stats.windowTokens = TokenCount::sum(stats.windowTokens, event.billable);
       stats.costUSD += event.cost;

@@ -1,18 +1,17 @@
 #pragma once
 
-#include "usage/TokenEvent.h"
+#include "usage/TokenEvents.h"
 #include "usage/UsageCalibrator.h"
 #include "usage/UsageStats.h"
 
 #include <optional>
-#include <span>
 
 /// What token events add up to.
 namespace morvo::UsageAnalytics {
 
 /// A ceiling that is given stands; else `calibrator` tells it, and learns.
-[[nodiscard]] UsageStats compute(std::span<const TokenEvent> events, std::int64_t weekTokens,
-                                 WallTime now, UsageCalibrator &calibrator,
+[[nodiscard]] UsageStats compute(const TokenEvents &events, std::int64_t weekTokens, WallTime now,
+                                 UsageCalibrator &calibrator,
                                  std::optional<std::int64_t> ceiling = {},
                                  std::optional<std::int64_t> weeklyCeiling = {});
 

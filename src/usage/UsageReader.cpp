@@ -14,6 +14,7 @@
 #include <mutex>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace morvo {
 namespace {
@@ -32,7 +33,7 @@ class UsageReader::Memory {
 public:
   Memory(HomeFolder home, const Clock &clock) : m_home(std::move(home)), m_clock(&clock) {}
 
-  std::vector<TokenEvent> claudeEvents(double sinceHours, const std::stop_token &stop) {
+  TokenEvents claudeEvents(double sinceHours, const std::stop_token &stop) {
     const std::scoped_lock lock(m_mutex);
     const WallTime since = LogTime::hoursBefore(m_clock->now(), sinceHours);
     const auto files = recentFiles(QStringLiteral(".claude/projects"), since, stop);
@@ -41,7 +42,7 @@ public:
     for (const LogFile &file : files) {
       most += m_claude.of(file).size();
     }
-    std::vector<TokenEvent> events;
+    TokenEvents events;
     events.reserve(most);
     for (const LogFile &file : files) {
       m_claude.of(file).append(since, events);
@@ -49,12 +50,12 @@ public:
     return events;
   }
 
-  std::vector<TokenEvent> codexEvents(double sinceHours, const std::stop_token &stop) {
+  TokenEvents codexEvents(double sinceHours, const std::stop_token &stop) {
     const std::scoped_lock lock(m_mutex);
     const WallTime since = LogTime::hoursBefore(m_clock->now(), sinceHours);
     const auto files = recentFiles(QStringLiteral(".codex/sessions"), since, stop);
     m_codex.update(files, since, stop);
-    std::vector<TokenEvent> events;
+    TokenEvents events;
     for (const LogFile &file : files) {
       const auto &totals = m_codex.of(file).last();
       if (totals && totals->total > 0) {
@@ -94,11 +95,11 @@ UsageReader::UsageReader(HomeFolder home, const Clock &clock)
 
 UsageReader::~UsageReader() = default;
 
-std::vector<TokenEvent> UsageReader::claudeEvents(double sinceHours, const std::stop_token &stop) {
+TokenEvents UsageReader::claudeEvents(double sinceHours, const std::stop_token &stop) {
   return m_memory->claudeEvents(sinceHours, stop);
 }
 
-std::vector<TokenEvent> UsageReader::codexEvents(double sinceHours, const std::stop_token &stop) {
+TokenEvents UsageReader::codexEvents(double sinceHours, const std::stop_token &stop) {
   return m_memory->codexEvents(sinceHours, stop);
 }
 

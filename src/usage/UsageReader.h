@@ -2,11 +2,10 @@
 
 #include "base/Clock.h"
 #include "platform/HomeFolder.h"
-#include "usage/TokenEvent.h"
+#include "usage/TokenEvents.h"
 
 #include <memory>
 #include <stop_token>
-#include <vector>
 
 namespace morvo {
 
@@ -26,12 +25,10 @@ public:
   ~UsageReader();
 
   /// One event for each line of a reply with its use, copies included, not older than that.
-  [[nodiscard]] std::vector<TokenEvent> claudeEvents(double sinceHours,
-                                                     const std::stop_token &stop = {});
+  [[nodiscard]] TokenEvents claudeEvents(double sinceHours, const std::stop_token &stop = {});
 
   /// One event for each session that was written to since, with the time of its last change.
-  [[nodiscard]] std::vector<TokenEvent> codexEvents(double sinceHours,
-                                                    const std::stop_token &stop = {});
+  [[nodiscard]] TokenEvents codexEvents(double sinceHours, const std::stop_token &stop = {});
 
 private:
   class Memory;

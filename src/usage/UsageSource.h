@@ -4,20 +4,22 @@
 
 #include <QCoroTask>
 
+#include <optional>
 #include <vector>
 
 namespace morvo {
 
 /// Finds the agents on this machine and what they burned. Main thread; the reading itself happens
-/// off it. After the source's end a coroutine that waits for it goes on with an empty value.
+/// off it. Nothing comes where the disk does not answer in time, and after the source's end: what
+/// is known already stands.
 class UsageSource {
 public:
   virtual ~UsageSource() = default;
 
   /// Reads the agents' logs and asks for their official figures. What cannot be read is left out.
-  [[nodiscard]] virtual QCoro::Task<UsageSnapshot> capture() = 0;
+  [[nodiscard]] virtual QCoro::Task<std::optional<UsageSnapshot>> capture() = 0;
   /// The agents that are there, without figures and without reading any of their files.
-  [[nodiscard]] virtual QCoro::Task<std::vector<DetectedAgent>> present() = 0;
+  [[nodiscard]] virtual QCoro::Task<std::optional<std::vector<DetectedAgent>>> present() = 0;
 };
 
 } // namespace morvo

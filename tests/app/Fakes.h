@@ -131,21 +131,21 @@ public:
 
 class FakeUsage final : public UsageSource {
 public:
-  [[nodiscard]] QCoro::Task<UsageSnapshot> capture() override {
+  [[nodiscard]] QCoro::Task<std::optional<UsageSnapshot>> capture() override {
     ++captures;
     const auto captured = result;
     co_await pause(gate);
     co_return captured;
   }
-  [[nodiscard]] QCoro::Task<std::vector<DetectedAgent>> present() override {
+  [[nodiscard]] QCoro::Task<std::optional<std::vector<DetectedAgent>>> present() override {
     ++looks;
     const auto there = agentsThere;
     co_await pause(gate);
     co_return there;
   }
 
-  UsageSnapshot result;
-  std::vector<DetectedAgent> agentsThere;
+  std::optional<UsageSnapshot> result{std::in_place};
+  std::optional<std::vector<DetectedAgent>> agentsThere{std::in_place};
   int captures = 0;
   int looks = 0;
   Scheduler *gate = nullptr;

@@ -48,13 +48,13 @@ TEST(LocalUsage, TheReadersRememberFromOneCaptureToTheNextWhatTheyRead) {
   const QByteArray before = around + reply(1);
   write(before + reply(2) + around);
   const auto first = test::Awaited(source->capture()).wait();
-  ASSERT_TRUE(first);
-  EXPECT_EQ(first->weekTokens, 3);
+  ASSERT_TRUE(first && *first);
+  EXPECT_EQ((*first)->weekTokens, 3);
   // What stands far from both ends of the known part is not read again; what is appended is.
   write(before + reply(9) + around + reply(4));
   const auto second = test::Awaited(source->capture()).wait();
-  ASSERT_TRUE(second);
-  EXPECT_EQ(second->weekTokens, 7);
+  ASSERT_TRUE(second && *second);
+  EXPECT_EQ((*second)->weekTokens, 7);
 }
 
 } // namespace

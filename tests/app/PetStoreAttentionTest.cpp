@@ -12,7 +12,7 @@ protected:
   /// Starts a store that has found these agents.
   void startWith(std::vector<DetectedAgent> agents) {
     set(SettingKeys::captureUsage, true);
-    m_usage.result.agents = std::move(agents);
+    m_usage.result->agents = std::move(agents);
     start();
   }
   [[nodiscard]] QStringList ids() const {

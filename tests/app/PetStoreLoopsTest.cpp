@@ -190,8 +190,8 @@ TEST_F(PetStoreLoopsTest, UsageIsLookedAtEachFiveSecondsWhileItIsOff) {
 
 TEST_F(PetStoreLoopsTest, UsageIsCapturedAtOnceAndThenEachMinute) {
   set(SettingKeys::captureUsage, true);
-  m_usage.result.weekTokens = 12;
-  m_usage.result.agents = {{.id = QStringLiteral("claude")}};
+  m_usage.result->weekTokens = 12;
+  m_usage.result->agents = {{.id = QStringLiteral("claude")}};
   start();
   EXPECT_EQ(m_usage.captures, 1);
   EXPECT_EQ(m_store->usage().windowTokens, 12);

@@ -30,7 +30,7 @@ protected:
 
 TEST_F(PetStoreUsageTest, ACapturePublishesTheAgentsTheirNamesAndTheFigures) {
   start();
-  m_usage.result = {.agents = {claude(), codex()}, .events = {}, .weekTokens = 70};
+  m_usage.result = UsageSnapshot{.agents = {claude(), codex()}, .events = {}, .weekTokens = 70};
   m_store->captureUsage();
   EXPECT_EQ(m_store->detected(), (std::vector{claude(), codex()}));
   EXPECT_EQ(m_store->sources(), (QStringList{u"Claude Code"_s, u"Codex"_s}));
@@ -39,13 +39,27 @@ TEST_F(PetStoreUsageTest, ACapturePublishesTheAgentsTheirNamesAndTheFigures) {
 
 TEST_F(PetStoreUsageTest, ACaptureWithoutAgentsLeavesTheFiguresAndSaysNothingToTheCloud) {
   start();
-  m_usage.result = {.agents = {claude()}, .events = {}, .weekTokens = 70};
+  m_usage.result = UsageSnapshot{.agents = {claude()}, .events = {}, .weekTokens = 70};
   m_store->captureUsage();
   m_cloud.posted.clear();
-  m_usage.result = {};
+  m_usage.result = UsageSnapshot();
   m_store->captureUsage();
   EXPECT_TRUE(m_store->detected().empty());
   EXPECT_TRUE(m_store->sources().isEmpty());
+  EXPECT_EQ(m_store->usage().weekTokens, 70);
+  EXPECT_TRUE(m_cloud.posted.isEmpty());
+}
+
+TEST_F(PetStoreUsageTest, ACaptureThatGotNoAnswerChangesNothing) {
+  start();
+  m_usage.result = UsageSnapshot{.agents = {claude()}, .events = {}, .weekTokens = 70};
+  m_store->captureUsage();
+  m_cloud.posted.clear();
+  m_usage.result.reset();
+  m_usage.agentsThere.reset();
+  m_store->captureUsage();
+  m_store->scanSourcesOnly(false);
+  EXPECT_EQ(m_store->detected(), std::vector{claude()});
   EXPECT_EQ(m_store->usage().weekTokens, 70);
   EXPECT_TRUE(m_cloud.posted.isEmpty());
 }
@@ -60,14 +74,14 @@ TEST_F(PetStoreUsageTest, AfterACaptureAttentionIsRefreshed) {
   EXPECT_FALSE(m_store->recentDone()) << "after an empty capture";
   sendAgent(u"done"_s);
   m_clock.advance(181s);
-  m_usage.result = {.agents = {claude()}, .events = {}, .weekTokens = 0};
+  m_usage.result = UsageSnapshot{.agents = {claude()}, .events = {}, .weekTokens = 0};
   m_store->captureUsage();
   EXPECT_FALSE(m_store->recentDone());
 }
 
 TEST_F(PetStoreUsageTest, TheCloudIsToldThePercentageOfTheFigures) {
   start();
-  m_usage.result.agents = {codex()};
+  m_usage.result->agents = {codex()};
   m_store->captureUsage();
   EXPECT_EQ(lastPosted(),
             (QList{QJsonObject{
@@ -76,21 +90,21 @@ TEST_F(PetStoreUsageTest, TheCloudIsToldThePercentageOfTheFigures) {
 
 TEST_F(PetStoreUsageTest, TheCloudIsToldTheAgentsOwnFigureWhereThereIsOne) {
   start();
-  m_usage.result.agents = {claude(40)};
+  m_usage.result->agents = {claude(40)};
   m_store->captureUsage();
   ASSERT_EQ(lastPosted().size(), 1);
   EXPECT_EQ(lastPosted().first().value(u"usedPct"), 40);
-  m_usage.result.agents = {claude(1)};
+  m_usage.result->agents = {claude(1)};
   m_store->captureUsage();
   EXPECT_EQ(lastPosted().first().value(u"usedPct"), 1);
-  m_usage.result.agents = {claude(0)};
+  m_usage.result->agents = {claude(0)};
   m_store->captureUsage();
   EXPECT_EQ(lastPosted().first().value(u"usedPct"), 33) << "nothing used is no figure";
 }
 
 TEST_F(PetStoreUsageTest, AShallowLookPublishesTheAgentsAndReadsNoLog) {
   start();
-  m_usage.agentsThere = {codex()};
+  m_usage.agentsThere = std::vector{codex()};
   connector(0).connected = true;
   m_store->scanSourcesOnly(false);
   EXPECT_TRUE(m_store->claudeConnected());
@@ -104,7 +118,7 @@ TEST_F(PetStoreUsageTest, AShallowLookPublishesTheAgentsAndReadsNoLog) {
 
 TEST_F(PetStoreUsageTest, AfterAShallowLookAttentionIsRefreshed) {
   start();
-  m_usage.agentsThere = {claude(85)};
+  m_usage.agentsThere = std::vector{claude(85)};
   m_store->scanSourcesOnly(false);
   ASSERT_EQ(m_store->sourceLoads().size(), 1U);
   EXPECT_EQ(m_store->attentionItems().front().id, u"quota-claude"_s);
@@ -112,7 +126,7 @@ TEST_F(PetStoreUsageTest, AfterAShallowLookAttentionIsRefreshed) {
 
 TEST_F(PetStoreUsageTest, ADeepLookIsACaptureWhateverTheSettingSays) {
   start();
-  m_usage.result.agents = {codex()};
+  m_usage.result->agents = {codex()};
   m_store->scanSourcesOnly(true);
   EXPECT_EQ(m_usage.captures, 1);
   EXPECT_EQ(m_usage.looks, 0);

@@ -49,7 +49,7 @@ protected:
   SystemFileLayer m_files;
   AccountReader m_accounts{m_home, m_files};
   WallTime m_now = test::ManualClock().now();
-  QHash<QString, std::vector<TokenEvent>> m_events;
+  QHash<QString, TokenEvents> m_events;
   QStringList m_asked;
 };
 
@@ -82,7 +82,7 @@ TEST_F(AgentScannerTest, EachAgentTellsItsWindowItsWeekAndItsCost) {
                            .cost = 0}));
   EXPECT_EQ(snapshot.weekTokens, 73);
   EXPECT_EQ(snapshot.events.size(), 4U);
-  EXPECT_EQ(snapshot.events.back(), event(100h, 3, 1));
+  EXPECT_EQ(snapshot.events[3], event(100h, 3, 1));
   EXPECT_EQ(m_asked, (QStringList{u"claude"_s, u"codex"_s}));
 }
 

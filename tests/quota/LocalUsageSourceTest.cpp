@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QThread>
 
+#include <atomic>
 #include <gtest/gtest.h>
 #include <semaphore>
 
@@ -35,13 +36,23 @@ protected:
   }
   UsageSnapshot capture() {
     makeSource();
-    return test::Awaited(m_source->capture()).wait().value_or(UsageSnapshot());
+    return snapshotOf(test::Awaited(m_source->capture()));
+  }
+
+  using Capture = test::Awaited<std::optional<UsageSnapshot>>;
+  static UsageSnapshot snapshotOf(const Capture &capture) {
+    return capture.wait().value_or(std::nullopt).value_or(UsageSnapshot());
+  }
+  /// Whether the capture is over and gave nothing.
+  static bool gaveNothing(const Capture &capture) {
+    const auto end = capture.wait();
+    return end && !*end;
   }
 
   std::optional<WorkerPool> m_pool{std::in_place};
   LocalUsageSource::LogReader m_logs = [now = m_clock.now()](const SourceAdapter &, double,
                                                              const std::stop_token &) {
-    return std::vector{TokenEvent{.ts = now, .billable = 12}};
+    return TokenEvents{TokenEvent{.ts = now, .billable = 12}};
   };
   std::unique_ptr<LocalUsageSource> m_source;
 };
@@ -66,7 +77,7 @@ TEST_F(LocalUsageSourceTest, TheLogsAreReadOffTheMainThread) {
   const auto thread = std::make_shared<Qt::HANDLE>(nullptr);
   m_logs = [thread](const SourceAdapter &, double, const std::stop_token &) {
     *thread = QThread::currentThreadId();
-    return std::vector<TokenEvent>();
+    return TokenEvents();
   };
   EXPECT_EQ(capture().agents.size(), 1U);
   EXPECT_NE(*thread, nullptr);
@@ -76,12 +87,12 @@ TEST_F(LocalUsageSourceTest, TheLogsAreReadOffTheMainThread) {
 TEST_F(LocalUsageSourceTest, CapturesThatOverlapAreBothWhole) {
   hasClaude();
   makeSource();
-  std::vector<test::Awaited<UsageSnapshot>> captures;
+  std::vector<Capture> captures;
   for (int number = 0; number < 8; ++number) {
     captures.emplace_back(m_source->capture());
   }
   for (const auto &each : captures) {
-    EXPECT_EQ(each.wait().value_or(UsageSnapshot()).weekTokens, 12);
+    EXPECT_EQ(snapshotOf(each).weekTokens, 12);
   }
 }
 
@@ -90,14 +101,14 @@ TEST_F(LocalUsageSourceTest, WhatIsPresentIsFoundWithoutReadingOrAsking) {
   standIn(u"bin/claude"_s, u"echo > %1"_s.arg(path(u"ran"_s)));
   m_logs = [](const SourceAdapter &, double, const std::stop_token &) {
     ADD_FAILURE() << "a log was read";
-    return std::vector<TokenEvent>();
+    return TokenEvents();
   };
   makeSource();
   const auto agents = test::Awaited(m_source->present()).wait();
-  ASSERT_TRUE(agents);
-  ASSERT_EQ(agents->size(), 1U);
-  EXPECT_EQ(agents->front().id, u"claude"_s);
-  EXPECT_EQ(agents->front().weekTokens, 0);
+  ASSERT_TRUE(agents && *agents);
+  ASSERT_EQ((*agents)->size(), 1U);
+  EXPECT_EQ((*agents)->front().id, u"claude"_s);
+  EXPECT_EQ((*agents)->front().weekTokens, 0);
   EXPECT_FALSE(QFile::exists(path(u"ran"_s)));
 }
 
@@ -108,14 +119,14 @@ TEST_F(LocalUsageSourceTest, TheEndMayComeAtAnyStepAndLeavesNoCommandBehind) {
   for (int steps = 0; steps < 40; ++steps) {
     m_pool.emplace();
     makeSource();
-    const test::Awaited capture(m_source->capture());
+    const Capture capture(m_source->capture());
     const test::Awaited presence(m_source->present());
     for (int step = 0; step < steps; ++step) {
       QCoreApplication::processEvents();
     }
     m_source.reset();
     m_pool.reset();
-    EXPECT_EQ(capture.wait(), UsageSnapshot());
+    EXPECT_TRUE(gaveNothing(capture));
     EXPECT_TRUE(presence.isDone());
   }
   EXPECT_EQ(m_scheduler.pending(), 0U);
@@ -134,18 +145,43 @@ TEST_F(LocalUsageSourceTest, ALogReaderThatIsStuckHoldsUpNeitherTheInterfaceNorT
     begun->release();
     release->acquire();
     ended->release();
-    return std::vector<TokenEvent>();
+    return TokenEvents();
   };
   makeSource();
-  const test::Awaited capture(m_source->capture());
+  const Capture capture(m_source->capture());
   begun->acquire();
   QCoreApplication::processEvents();
   EXPECT_FALSE(capture.isDone());
   m_source.reset();
   m_pool.reset();
-  EXPECT_EQ(capture.wait(), UsageSnapshot());
+  EXPECT_TRUE(gaveNothing(capture));
   release->release();
   ended->acquire();
+}
+
+TEST_F(LocalUsageSourceTest, CapturesOfALogThatDoesNotAnswerEndAndOnceItDoesTheyTell) {
+  hasClaude();
+  const auto runs = std::make_shared<std::atomic<int>>(0);
+  const auto release = std::make_shared<std::counting_semaphore<>>(0);
+  m_logs = [runs, release, now = m_clock.now()](const SourceAdapter &, double,
+                                                const std::stop_token &) {
+    ++*runs;
+    release->acquire();
+    return TokenEvents{TokenEvent{.ts = now, .billable = 12}};
+  };
+  makeSource();
+  for (int round = 0; round < 20; ++round) {
+    const Capture capture(m_source->capture());
+    m_scheduler.advance(LocalUsageSource::patience);
+    EXPECT_TRUE(gaveNothing(capture));
+    const auto agents = test::Awaited(m_source->present()).wait();
+    EXPECT_TRUE(agents && *agents) << "other work goes on";
+  }
+  EXPECT_EQ(*runs, 1) << "no thread is lost with each capture";
+  const Capture capture(m_source->capture());
+  release->release(2);
+  EXPECT_EQ(snapshotOf(capture).weekTokens, 12);
+  EXPECT_EQ(snapshotOf(Capture(m_source->capture())).weekTokens, 12);
 }
 
 } // namespace

@@ -4,7 +4,10 @@
 
 #include <QCoreApplication>
 
+#include <atomic>
 #include <gtest/gtest.h>
+#include <semaphore>
+#include <thread>
 
 namespace morvo {
 namespace {
@@ -217,6 +220,30 @@ TEST_F(MorvoLiveQuotaProberTest, TheEndOfTheProberAndThePoolMayComeAtAnyStep) {
     m_pool.reset();
     EXPECT_EQ(map.wait(), Limits());
   }
+}
+
+TEST_F(MorvoLiveQuotaProberTest, ADiskThatDoesNotAnswerLeavesOnlyItsOwnFiguresOut) {
+  hasClaude(m_usageText);
+  hasCodex();
+  const auto release = std::make_shared<std::counting_semaphore<>>(0);
+  const auto begun = std::make_shared<std::atomic<int>>(0);
+  m_pool.emplace(8, [release, begun](const std::function<void()> &work) {
+    ++*begun;
+    std::thread([release, work] {
+      release->acquire();
+      work();
+    }).detach();
+    return true;
+  });
+  makeProber();
+  for (int round = 0; round < 20; ++round) {
+    const test::Awaited limits(m_prober->liveMap(true));
+    m_scheduler.advance(ProbeContext::patience);
+    EXPECT_EQ(limits.wait(), Limits());
+  }
+  EXPECT_EQ(*begun, 4) << "one for the logs and one for each command";
+  release->release(100);
+  EXPECT_EQ(liveMap().value(u"claude"_s), m_usage) << "as soon as it answers";
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "platform/HomeFolder.h"
 #include "usage/FileIdentity.h"
-#include "usage/TokenEvent.h"
+#include "usage/TokenEvents.h"
 
 #include <QDir>
 #include <QFile>
@@ -80,10 +80,10 @@ inline QByteArray codexTotals(std::int64_t total, std::int64_t cached = 0) {
          QByteArray::number(static_cast<qlonglong>(total)) + R"(}},"rate_limits":null}})";
 }
 
-inline std::vector<std::int64_t> billables(const std::vector<TokenEvent> &events) {
+inline std::vector<std::int64_t> billables(const TokenEvents &events) {
   std::vector<std::int64_t> counts;
   counts.reserve(events.size());
-  for (const TokenEvent &event : events) {
+  for (const TokenEvent event : events) {
     counts.push_back(event.billable);
   }
   return counts;

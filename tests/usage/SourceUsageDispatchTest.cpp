@@ -14,7 +14,7 @@ protected:
   /// What two million tokens of the agent cost, which tells the model that was taken.
   [[nodiscard]] std::optional<double> cost(const QString &id, bool contributes = true) {
     const auto events = m_dispatch.events({.id = id, .contributesUsage = contributes}, week);
-    return events.empty() ? std::nullopt : std::optional(events.front().cost);
+    return events.empty() ? std::nullopt : std::optional(events[0].cost);
   }
   void write(const QString &path) {
     m_tree.write(path, "{\"input_tokens\":2000000}\n");

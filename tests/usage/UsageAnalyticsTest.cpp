@@ -16,7 +16,7 @@ protected:
             .cost = cost,
             .burnable = burnable};
   }
-  [[nodiscard]] UsageStats compute(const std::vector<TokenEvent> &events,
+  [[nodiscard]] UsageStats compute(const TokenEvents &events,
                                    std::optional<std::int64_t> ceiling = {},
                                    std::int64_t weekTokens = 0,
                                    std::optional<std::int64_t> weeklyCeiling = {}) {

@@ -312,7 +312,7 @@ protected:
     }
     LogMemory<ClaudeLog> memory;
     memory.update(files, WallTime(), {});
-    std::vector<TokenEvent> events;
+    TokenEvents events;
     for (const LogFile &file : files) {
       memory.of(file).append(WallTime(), events);
     }
