@@ -277,7 +277,8 @@ public:
 
   /// The settings, for the panels, which show and write some of them.
   [[nodiscard]] const Setting &setting() const { return m_parts.setting; }
-  /// The timers that the panels' models share with the store.
+  /// The time and the timers that the panels' models share with the store.
+  [[nodiscard]] const Clock &clock() const { return m_parts.clock; }
   [[nodiscard]] Scheduler &scheduler() const { return m_parts.scheduler; }
 
   /// To be called by whoever changed the appearance's setting; the whole application follows.

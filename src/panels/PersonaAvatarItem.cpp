@@ -1,16 +1,40 @@
 #include "panels/PersonaAvatarItem.h"
 
 #include "companion/Personas.h"
+#include "panels/Followed.h"
+#include "panels/PanelTexts.h"
 
 namespace morvo {
+namespace {
+
+/// Often enough for a motion of a point or two in five seconds.
+constexpr auto framePeriod = std::chrono::milliseconds(1000) / 12;
+
+} // namespace
 
 void PersonaAvatarItem::setStore(PetStore *store) {
-  if (m_store == store) {
+  if (!Followed::replace(m_store, store, this)) {
     return;
   }
-  m_store = store;
+  m_timer = {};
+  if (m_store != nullptr) {
+    connect(m_store, &PetStore::moodChanged, this, [this] { update(); });
+    connect(m_store, &PetStore::customPersonasChanged, this, &PersonaAvatarItem::load);
+  }
   load();
+  onScreenChanged();
   Q_EMIT storeChanged();
+}
+
+void PersonaAvatarItem::setLook(PanelLook *look) {
+  if (!Followed::replace(m_look, look, this)) {
+    return;
+  }
+  if (m_look != nullptr) {
+    connect(m_look, &PanelLook::changed, this, [this] { update(); });
+  }
+  update();
+  Q_EMIT lookChanged();
 }
 
 void PersonaAvatarItem::setPersona(const QString &persona) {
@@ -20,14 +44,6 @@ void PersonaAvatarItem::setPersona(const QString &persona) {
   m_persona = persona;
   load();
   Q_EMIT personaChanged();
-}
-
-void PersonaAvatarItem::setAccent(const QColor &accent) {
-  if (m_accent != accent) {
-    m_accent = accent;
-    update();
-    Q_EMIT accentChanged();
-  }
 }
 
 void PersonaAvatarItem::load() {
@@ -40,11 +56,25 @@ void PersonaAvatarItem::load() {
   update();
 }
 
-void PersonaAvatarItem::paint(QPainter *painter) {
-  if (m_avatar && m_store != nullptr) {
-    m_avatar->paint(*painter, boundingRect(),
-                    {.mood = m_store->mood(), .accent = m_accent, .fontScale = 1}, 0);
+void PersonaAvatarItem::onScreenChanged() {
+  if (m_store == nullptr || !isOnScreen()) {
+    m_timer = {};
+  } else if (!m_timer.isActive()) {
+    m_timer = m_store->scheduler().every(framePeriod, [this] { update(); });
   }
+}
+
+void PersonaAvatarItem::paint(QPainter *painter) {
+  if (!m_avatar || m_store == nullptr || m_look == nullptr) {
+    return;
+  }
+  const QString mood = m_store->mood();
+  const std::chrono::duration<double> time = m_store->clock().instant().time_since_epoch();
+  m_avatar->paint(*painter, boundingRect(),
+                  {.mood = mood,
+                   .accent = m_look->fill(PanelTexts::accent(mood)),
+                   .fontScale = m_look->fontScale()},
+                  time.count());
 }
 
 } // namespace morvo

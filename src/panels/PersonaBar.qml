@@ -142,7 +142,7 @@ PanelCard {
                     implicitHeight: 28
                     store: bar.store
                     persona: custom.persona
-                    accent: bar.look.theme
+                    look: bar.look
                 }
                 PanelLabel {
                     Layout.fillWidth: true

@@ -13,7 +13,7 @@ constexpr ScenePainter::Budget budget{.pictures = qsizetype{3} * 1024 * 1024,
 
 } // namespace
 
-PetStageItem::PetStageItem(QQuickItem *parent) : QQuickPaintedItem(parent), m_painter(budget) {}
+PetStageItem::PetStageItem(QQuickItem *parent) : ScreenItem(parent), m_painter(budget) {}
 
 void PetStageItem::setStage(PanelStage *stage) {
   if (m_stage == stage) {
@@ -21,33 +21,11 @@ void PetStageItem::setStage(PanelStage *stage) {
   }
   m_stage = stage;
   Q_EMIT stageChanged();
-  runWhileSeen();
+  onScreenChanged();
 }
 
-void PetStageItem::itemChange(ItemChange change, const ItemChangeData &value) {
-  QQuickPaintedItem::itemChange(change, value);
-  if (change == ItemSceneChange) {
-    disconnect(m_windowShown);
-    if (value.window != nullptr) {
-      m_windowShown =
-          connect(value.window, &QWindow::visibleChanged, this, &PetStageItem::runWhileSeen);
-    }
-    runWhileSeen();
-  } else if (change == ItemVisibleHasChanged) {
-    runWhileSeen();
-  }
-}
-
-void PetStageItem::geometryChange(const QRectF &now, const QRectF &before) {
-  QQuickPaintedItem::geometryChange(now, before);
-  if (now.size() != before.size()) {
-    update();
-  }
-}
-
-void PetStageItem::runWhileSeen() {
-  const bool isSeen = m_stage != nullptr && isVisible() && window() != nullptr &&
-                      (window()->isVisible() || m_stage->isStill());
+void PetStageItem::onScreenChanged() {
+  const bool isSeen = m_stage != nullptr && (isOnScreen() || m_stage->isStill());
   if (!isSeen) {
     m_timer = {};
     m_painter.forgetFrames();

@@ -1,16 +1,16 @@
 #pragma once
 
 #include "app/PanelStage.h"
+#include "panels/ScreenItem.h"
 #include "pet/ScenePainter.h"
 
 #include <QPointer>
-#include <QQuickPaintedItem>
 
 namespace morvo {
 
 /// The pet on the panel's stage. Time passes there only while the item is on the screen; a hidden
 /// one neither draws nor keeps any frame.
-class PetStageItem : public QQuickPaintedItem {
+class PetStageItem : public morvo::ScreenItem {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(morvo::PanelStage *stage READ stage WRITE setStage NOTIFY stageChanged REQUIRED)
@@ -29,15 +29,12 @@ Q_SIGNALS:
   void stageChanged();
 
 protected:
-  void itemChange(ItemChange change, const ItemChangeData &value) override;
-  void geometryChange(const QRectF &now, const QRectF &before) override;
+  void onScreenChanged() override;
 
 private:
-  void runWhileSeen();
   void tick();
 
   QPointer<PanelStage> m_stage;
-  QMetaObject::Connection m_windowShown;
   ScenePainter m_painter;
   Scheduler::Timer m_timer;
   std::uint64_t m_paintedRevision = 0;
