@@ -47,11 +47,8 @@ void PersonasSection::update(const PetStore &store, const PanelLook &look) {
 }
 
 void PersonasSection::choose(const QString &id) {
-  if (store() == nullptr) {
-    return;
-  }
-  if (const auto persona = Personas::find(store()->setting().store(), id)) {
-    store()->setPersona(*persona);
+  if (store() != nullptr) {
+    store()->choosePet(id);
   }
 }
 
