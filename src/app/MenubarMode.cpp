@@ -4,7 +4,7 @@
 #include "pet/MenubarFrames.h"
 
 #include <QColor>
-#include <QFile>
+#include <QImage>
 #include <QPainter>
 
 #include <algorithm>
@@ -35,11 +35,8 @@ QImage strip(const std::vector<QImage> &icons) {
 void run(const QStringList &fields, const PetFiles &files) {
   const QString &output = fields.at(1);
   const auto icons = MenubarFrames(files).idle(fields.at(0), iconSide, 1);
-  QFile file(output);
-  if (file.open(QIODevice::WriteOnly)) {
-    // Whoever asked for the picture looks at the file; there is nobody else to tell.
-    strip(icons).save(&file, "PNG");
-  }
+  // Whoever asked for the picture looks at the file; there is nobody else to tell.
+  static_cast<void>(strip(icons).save(output, "PNG"));
   Diagnostics::line(u"MENUBAR", QStringLiteral("%1 frames %2").arg(output).arg(icons.size()));
 }
 

@@ -4,6 +4,7 @@
 #include "app/PanelStage.h"
 #include "app/PanelWindow.h"
 #include "app/PetStore.h"
+#include "app/StillClock.h"
 #include "base/Diagnostics.h"
 #include "base/QtScheduler.h"
 #include "companion/Personas.h"
@@ -176,16 +177,19 @@ void run(const EntryModes::Ground &ground, const QString &path) {
   QCoreApplication::processEvents();
   store.show(scene(ground, clock));
   MorvoSprites sprites(ground.files);
-  PetScene pet(stageSize, ground.files, sprites, ground.setting, clock, random);
+  StillClock still;
+  SeededRandomSource fixed(0);
+  PetScene pet(stageSize, ground.files, sprites, ground.setting, still, fixed);
   pet.setPersona(store.persona().id);
   pet.setMood(store.mood());
-  PanelStage stage({.scene = pet, .clock = clock, .scheduler = scheduler, .isStill = true},
+  PanelStage stage({.scene = pet, .clock = still, .scheduler = scheduler, .isStill = true},
                    portraitOf(store.persona()));
   PanelEntries entries({});
   const QImage image = drawn(store, entries, stage);
   if (image.isNull()) {
     return;
   }
+  // Whoever asked for the picture looks at the file; there is nobody else to tell.
   static_cast<void>(image.save(path, "PNG"));
   Diagnostics::line(u"RENDER", QStringLiteral("wrote ") + path);
 }

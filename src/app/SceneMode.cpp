@@ -1,14 +1,14 @@
 #include "app/SceneMode.h"
 
-#include "base/Clock.h"
+#include "app/StillClock.h"
 #include "base/Diagnostics.h"
 #include "base/RandomSource.h"
 #include "pet/MorvoTheme.h"
 #include "pet/PetScene.h"
 #include "pet/ScenePainter.h"
 
-#include <QBuffer>
-#include <QFile>
+#include <QImage>
+#include <QPainter>
 
 namespace morvo::SceneMode {
 namespace {
@@ -17,25 +17,12 @@ const QString tag = QStringLiteral("SCENE");
 /// Moods that are actions as well.
 const QStringList performedMoods{QStringLiteral("celebrate"), QStringLiteral("alert")};
 
-/// Stands still, so that the picture depends on what was asked for alone.
-class StillClock final : public Clock {
-public:
-  [[nodiscard]] WallTime now() const override { return {}; }
-  [[nodiscard]] Instant instant() const override { return {}; }
-};
-
 QImage painted(ScenePainter &painter, const PetScene &scene) {
   QImage image(stageSize, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
   QPainter onImage(&image);
   painter.paint(onImage, scene, image.rect(), 1);
   return image;
-}
-
-QByteArray asPNG(const QImage &image) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  return image.save(&buffer, "PNG") ? bytes : QByteArray();
 }
 
 } // namespace
@@ -62,16 +49,13 @@ void run(const QStringList &fields, const PetFiles &files, const Setting &settin
     scene.update(time);
   }
   ScenePainter painter;
-  const QByteArray picture = asPNG(painted(painter, scene));
-  if (picture.isEmpty()) {
+  const QImage picture = painted(painter, scene);
+  if (picture.isNull()) {
     Diagnostics::line(tag, u"render failed");
     return;
   }
-  QFile file(output);
-  if (file.open(QIODevice::WriteOnly)) {
-    // Whoever asked for the picture looks at the file; there is nobody else to tell.
-    file.write(picture);
-  }
+  // Whoever asked for the picture looks at the file; there is nobody else to tell.
+  static_cast<void>(picture.save(output, "PNG"));
   Diagnostics::line(tag, QStringLiteral("wrote ") + output);
 }
 
