@@ -8,7 +8,9 @@
 #include "monitor/ConnectSelfTest.h"
 #include "pet/PetSpritesDebug.h"
 
+#include <algorithm>
 #include <array>
+#include <optional>
 
 namespace morvo::EntryModes {
 namespace {
@@ -63,16 +65,26 @@ constexpr std::array modes{
     Mode{u"MORVO_SCAN", isOne, scanUsage},
 };
 
+/// What the mode is told; nothing when it is not meant.
+std::optional<QString> valueOf(const Mode &mode, const Environment &environment) {
+  auto value = environment.value(mode.variable.toString());
+  return value && mode.isMeant(*value) ? value : std::nullopt;
+}
+
 } // namespace
 
 bool needsApplication(const Environment &environment) {
   return environment.nonEmpty(QStringLiteral("MORVO_RENDER")).has_value();
 }
 
+bool isMeant(const Environment &environment) {
+  return std::ranges::any_of(
+      modes, [&](const Mode &mode) { return valueOf(mode, environment).has_value(); });
+}
+
 bool take(const Ground &ground) {
   for (const Mode &mode : modes) {
-    const auto value = ground.hooks.environment.value(mode.variable.toString());
-    if (value && mode.isMeant(*value)) {
+    if (const auto value = valueOf(mode, ground.hooks.environment)) {
       mode.run(ground, *value);
       return true;
     }

@@ -14,6 +14,9 @@ struct Ground {
   Setting setting;
 };
 
+/// Whether the environment asks for a mode.
+[[nodiscard]] bool isMeant(const Environment &environment);
+
 /// Whether the environment asks for a mode that draws windows' content, and so needs a QApplication
 /// instead of a QCoreApplication. It still needs no desktop: the offscreen platform serves.
 [[nodiscard]] bool needsApplication(const Environment &environment);

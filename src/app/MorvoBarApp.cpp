@@ -222,31 +222,47 @@ int runConnectCommand(Surroundings &surroundings, const QStringList &words) {
   return ConnectCommand::run(words, AgentConnectors::all(surroundings.hooks()), out, err);
 }
 
-/// The commands that need no desktop; nothing when the words ask for none of them.
-std::optional<int> runWithoutDesktop(Surroundings &surroundings, const QStringList &words) {
+bool asksForHelp(const QStringList &words) {
+  return words.contains(QStringLiteral("--help")) || words.contains(QStringLiteral("-h"));
+}
+
+bool asksForVersion(const QStringList &words) {
+  return words.contains(QStringLiteral("--version"));
+}
+
+bool isMisspelt(const QStringList &words) {
+  // Options are Qt's to judge: session managers pass some of their own.
+  return !words.isEmpty() && !words.front().startsWith(u'-') &&
+         !AppDelegate::understands(words.front());
+}
+
+bool needsDesktop(const Environment &environment, const QStringList &words) {
+  return !ConnectCommand::isMeant(words) && !asksForHelp(words) && !asksForVersion(words) &&
+         !isMisspelt(words) && !EntryModes::isMeant(environment);
+}
+
+/// The commands and one-shot modes that need no desktop.
+int runWithoutDesktop(Surroundings &surroundings, const QStringList &words) {
   if (ConnectCommand::isMeant(words)) {
     return runConnectCommand(surroundings, words);
   }
-  if (words.contains(QStringLiteral("--help")) || words.contains(QStringLiteral("-h"))) {
+  if (asksForHelp(words)) {
     QTextStream(stdout) << usage;
     return success;
   }
-  if (words.contains(QStringLiteral("--version"))) {
+  if (asksForVersion(words)) {
     QTextStream(stdout) << "MorvoBar " << QCoreApplication::applicationVersion() << '\n';
     return success;
   }
-  // Options are Qt's to judge: session managers pass some of their own.
-  const bool isMisspelt = !words.isEmpty() && !words.front().startsWith(u'-') &&
-                          !AppDelegate::understands(words.front());
-  if (isMisspelt) {
+  if (isMisspelt(words)) {
     QTextStream(stderr) << usage;
     return wrongUsage;
   }
   SettingsFile settings(surroundings.settingsPath());
-  const bool taken = EntryModes::take({.hooks = surroundings.hooks(),
-                                       .files = surroundings.petFiles(),
-                                       .setting = Setting(settings, surroundings.environment)});
-  return taken ? std::optional(success) : std::nullopt;
+  static_cast<void>(EntryModes::take({.hooks = surroundings.hooks(),
+                                      .files = surroundings.petFiles(),
+                                      .setting = Setting(settings, surroundings.environment)}));
+  return success;
 }
 
 bool hasDesktop(const Environment &environment) {
@@ -291,6 +307,16 @@ int runDesktop(Surroundings &surroundings, const QStringList &words) {
   return QCoreApplication::exec();
 }
 
+/// The words behind the program's name. They are read before there is an application: Qt tells
+/// assistive programs nothing of the windows of a second one in a process.
+QStringList wordsOf(int argc, char **argv) {
+  QStringList words;
+  for (int at = 1; at < argc; ++at) {
+    words.append(QString::fromLocal8Bit(argv[at]));
+  }
+  return words;
+}
+
 /// The application of what runs without a desktop.
 std::unique_ptr<QCoreApplication> bareApplication(const Environment &environment, int &argc,
                                                   char **argv) {
@@ -310,13 +336,11 @@ int run(int argc, char **argv) {
   QCoreApplication::setApplicationVersion(QStringLiteral(MORVO_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("morvobar"));
   Surroundings surroundings;
-  {
-    // Commands and one-shot modes serve scripts and machines without a desktop.
+  const QStringList words = wordsOf(argc, argv);
+  if (!needsDesktop(surroundings.environment, words)) {
+    // These serve scripts and machines without a desktop.
     const auto application = bareApplication(surroundings.environment, argc, argv);
-    const auto words = QCoreApplication::arguments().sliced(1);
-    if (const auto code = runWithoutDesktop(surroundings, words)) {
-      return *code;
-    }
+    return runWithoutDesktop(surroundings, words);
   }
   if (!hasDesktop(surroundings.environment)) {
     QTextStream(stderr) << QStringLiteral(

@@ -38,10 +38,13 @@ protected:
   }
   [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
   [[nodiscard]] bool take() {
-    return EntryModes::take(
+    const bool isMeant = EntryModes::isMeant(m_environment);
+    const bool taken = EntryModes::take(
         {.hooks = {.home = m_files.home, .environment = m_environment, .files = &m_layer},
          .files = m_files,
          .setting = Setting(m_settings, m_environment)});
+    EXPECT_EQ(isMeant, taken);
+    return taken;
   }
   /// The middle of the pet on the picture that the mode leaves.
   [[nodiscard]] QColor scene(const QString &rest) {
