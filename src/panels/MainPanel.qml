@@ -185,30 +185,20 @@ FocusScope {
                 Repeater {
                     model: tabs.rows
 
-                    delegate: PanelButton {
+                    delegate: PanelTabButton {
                         id: tabButton
 
                         required property int index
                         required property string label
                         required property string symbolName
 
-                        readonly property bool chosen: panel.tab === tabButton.index
-
                         Layout.fillWidth: true
                         Layout.preferredWidth: 1
                         look: look
-                        implicitHeight: 32
                         text: tabButton.label
                         symbol: tabButton.symbolName
-                        ground: tabButton.chosen ? look.tinted(look.theme, 0.22) : look.tinted(look.foam, 0.06)
-                        ink: tabButton.chosen ? look.textOn(look.theme, 1, tabButton.ground) : look.textOn(look.foam, 0.75, tabButton.ground)
+                        chosen: panel.tab === tabButton.index
                         onClicked: panel.takeTab(tabButton.index)
-                        Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-                        Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-
-                        Accessible.role: Accessible.PageTab
-                        Accessible.name: tabButton.label
-                        Accessible.selected: tabButton.chosen
                     }
                 }
             }

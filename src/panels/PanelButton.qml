@@ -27,27 +27,16 @@ PressButton {
     bottomPadding: 4
     opacity: button.enabled ? 1 : 0.45
 
-    Accessible.role: Accessible.Button
     Accessible.name: button.text !== "" ? button.text : button.help
     Accessible.description: button.help
 
-    background: Rectangle {
+    background: ButtonGround {
+        look: button.look
+        button: button
         radius: button.corner
         color: button.ground
         border.width: button.edge.a > 0 ? 1 : 0
         border.color: button.edge
-
-        Rectangle {
-            anchors.fill: parent
-            radius: button.corner
-            color: button.look.foam
-            opacity: button.down ? 0.12 : (button.hovered && button.enabled ? 0.06 : 0)
-        }
-        FocusRing {
-            look: button.look
-            radius: button.corner + 2
-            shown: button.visualFocus
-        }
     }
     contentItem: ButtonFace {
         look: button.look

@@ -13,13 +13,16 @@ PressButton {
 
     implicitWidth: 36
     implicitHeight: 22
-    onClicked: toggle.flipped(!toggle.on)
+    checkable: true
+    checked: toggle.on
+    onClicked: {
+        toggle.flipped(!toggle.on)
+        // A click turns it by itself, whatever comes of that.
+        toggle.checked = Qt.binding(() => toggle.on)
+    }
 
-    Accessible.role: Accessible.CheckBox
     Accessible.name: toggle.text
-    Accessible.checkable: true
-    Accessible.checked: toggle.on
-    Accessible.onToggleAction: toggle.clicked()
+    Accessible.onToggleAction: toggle.press()
 
     background: Rectangle {
         radius: height / 2

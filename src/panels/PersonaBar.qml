@@ -55,7 +55,6 @@ PanelCard {
             symbolLast: true
             onClicked: menu.visible ? menu.close() : menu.popup(opener, opener.width - menu.width, opener.height + 4)
 
-            Accessible.role: Accessible.ButtonMenu
             Accessible.name: personas.openerName
         }
     }

@@ -8,6 +8,12 @@ T.AbstractButton {
     // Where another judges the keys, Return and Enter press nothing.
     property bool takesReturn: true
 
+    // A press by an assistive program, which reaches what no pointer can press.
+    function press() {
+        if (button.enabled) {
+            button.clicked()
+        }
+    }
     function strike(event: KeyEvent) {
         event.accepted = button.takesReturn
         if (button.takesReturn && !event.isAutoRepeat) {
@@ -19,5 +25,6 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     Keys.onReturnPressed: event => button.strike(event)
     Keys.onEnterPressed: event => button.strike(event)
-    Accessible.onPressAction: button.clicked()
+
+    Accessible.onPressAction: button.press()
 }

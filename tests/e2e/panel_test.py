@@ -10,9 +10,10 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "script"))
 
-from private_desktop import Desktop, Lines, wait_for  # noqa: E402
+from private_desktop import Desktop, Failure, Lines, wait_for  # noqa: E402
 
 PROGRAM = os.environ["MORVO_PROGRAM"]
+TREE = str(pathlib.Path(__file__).resolve().parent / "accessible_tree.py")
 DEADLINE = 60.0
 PANEL_WIDTH = 340
 # The theme's colour in the dark appearance; only a button that can be pressed has it in full.
@@ -178,6 +179,88 @@ class PanelTest(unittest.TestCase):
         self.assertEqual(answer["permissionDecision"], "allow")
         wait_for("the end of the card", lambda: self.button() is None, DEADLINE)
         self.assertEqual(list((folder / "decisions").iterdir()), [])
+
+    def ask_for(self, request):
+        """A permission request, as the script writes it."""
+        inbox = self.home / ".morvo" / "inbox.jsonl"
+        with inbox.open("a", encoding="utf-8") as lines:
+            lines.write(json.dumps({"kind": "perm", "id": request, "tool": "Bash",
+                                    "summary": "make 测试"}) + "\n")
+        return self.home / ".morvo" / "decisions" / (request + ".json")
+
+    def told(self, *words):
+        """What an assistive program is told."""
+        answer = self.desktop.run("/usr/bin/python3", TREE, *words, timeout=DEADLINE)
+        self.assertEqual(answer.returncode, 0, answer.stderr)
+        return json.loads(answer.stdout)
+
+    def controls(self, item):
+        """Every seen thing that can be pressed or typed into: its role, name and some states."""
+        found = []
+        if "SHOWING" in item["states"] and (set(item["actions"]) - {"SetFocus"}
+                                            or "EDITABLE" in item["states"]):
+            found.append((item["role"], item["name"],
+                          *(state for state in ("SELECTED", "CHECKED") if state in item["states"])))
+        return found + [each for child in item["children"] for each in self.controls(child)]
+
+    def nameless(self, item):
+        own = [item["role"]] if "SHOWING" in item["states"] and not item["name"] else []
+        return own + [each for child in item["children"] for each in self.nameless(child)]
+
+    def assert_told(self, wanted):
+        """That assistive programs come to see just these controls, and nothing without a name."""
+        seen = []
+
+        def is_told():
+            seen[:] = [self.told("dump", "morvobar")]
+            return self.controls(seen[0]) == wanted
+
+        try:
+            wait_for("the controls", is_told)
+        except Failure:
+            self.assertEqual(self.controls(seen[0]), wanted)
+        self.assertEqual(self.nameless(seen[0]), [])
+
+    def test_assistive_programs_are_told_every_control_of_every_tab(self):
+        self.desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        self.start()
+        self.open_panel()
+
+        def row(chosen):
+            return [("page tab", name, *(["SELECTED"] if name == chosen else []))
+                    for name in ("对话", "监控", "宠物")]
+
+        self.assert_told(row("对话"))
+        self.do("key", "Tab", "Right", "space")
+        self.assert_told(row("监控") + [
+            ("push button", "刷新"), ("check box", "读本机用量"),
+            ("check box", "处理完成 / 需拍板事件", "CHECKED"),
+            ("check box", "会话目录启发式（实验）"), ("check box", "系统通知", "CHECKED")])
+        self.do("key", "Right", "space")
+        pet = [("push button", "形象 小沃 · 深海"), ("push button", "显示桌面宠"),
+               ("check box", "Act 权限守门（改动必问你）")]
+        self.assert_told(row("宠物") + pet)
+        self.ask_for("aa11bb22cc33")
+        self.assert_told([("push button", "拒绝"), ("push button", "批准")] + row("宠物") + pet)
+
+    def test_a_press_by_an_assistive_program_counts_when_a_click_would(self):
+        self.desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        self.start()
+        self.open_panel()
+        self.do("key", "Escape")
+        self.assert_closes()
+        decision = self.ask_for("aa11bb22cc33")
+        self.lines.wait("the request", "[INBOX] line parsed, signals=1", DEADLINE)
+        unseen = self.told("press", "morvobar", "批准", str(decision), "2")
+        self.assertGreater(unseen["pressed"], 0)
+        self.assertIsNone(unseen["at"])
+        self.open_panel()
+        decision = self.ask_for("dd44ee55ff66")
+        asked = time.time()
+        seen = self.told("press", "morvobar", "批准", str(decision), "30")
+        self.assertIsNotNone(seen["at"])
+        self.assertGreaterEqual(seen["at"] - asked, 0.5)
+        self.assertEqual(decision.read_text(), '{"decision":"allow"}')
 
 
 if __name__ == "__main__":
