@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 #include <cstdint>
 #include <expected>
+#include <functional>
 #include <optional>
 
 namespace morvo {
@@ -45,6 +47,9 @@ public:
   /// The whole file, links followed. Never waits: what is no regular file is refused (EISDIR,
   /// EINVAL), and so is a file beyond `largestRead` (EFBIG).
   [[nodiscard]] virtual Result<QByteArray> read(const QString &path) = 0;
+  /// The same, handed over piece by piece, so that a large file takes little memory.
+  using Take = std::function<void(QByteArrayView piece)>;
+  [[nodiscard]] virtual Result<void> readPieces(const QString &path, const Take &take) = 0;
   /// Of the path itself: a symbolic link is not followed.
   [[nodiscard]] virtual Result<Status> status(const QString &path) = 0;
   /// The text of the symbolic link.

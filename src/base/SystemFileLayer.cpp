@@ -40,24 +40,19 @@ FileLayer::Result<std::uint64_t> readableSize(int descriptor, const QString &pat
   return static_cast<std::uint64_t>(info.st_size);
 }
 
-FileLayer::Result<QByteArray> readAll(int descriptor, const QString &path) {
-  const auto size = readableSize(descriptor, path);
-  if (!size) {
-    return std::unexpected(size.error());
-  }
-  QByteArray content;
-  if (*size <= FileLayer::largestRead) {
-    content.reserve(static_cast<qsizetype>(*size));
-  }
+/// Hands over what there is to read, up to the most that may be.
+FileLayer::Result<void> readOn(int descriptor, const QString &path, const FileLayer::Take &take) {
+  std::uint64_t done = 0;
   QByteArray block(static_cast<qsizetype>(readBlock), Qt::Uninitialized);
   // The file may grow under the reader.
-  while (std::max(*size, static_cast<std::uint64_t>(content.size())) <= FileLayer::largestRead) {
+  while (done <= FileLayer::largestRead) {
     const ssize_t count = ::read(descriptor, block.data(), readBlock);
     if (count == 0) {
-      return content;
+      return {};
     }
     if (count > 0) {
-      content.append(block.constData(), count);
+      done += static_cast<std::uint64_t>(count);
+      take(QByteArrayView(block).first(count));
     } else if (errno != EINTR) {
       return failure("read", path);
     }
@@ -65,18 +60,42 @@ FileLayer::Result<QByteArray> readAll(int descriptor, const QString &path) {
   return failure(EFBIG, "read", path);
 }
 
-} // namespace
-
-FileLayer::Result<QByteArray> SystemFileLayer::read(const QString &path) {
+/// Opens a file, tells its size and hands over its bytes.
+FileLayer::Result<void> readFile(const QString &path,
+                                 const std::function<void(std::uint64_t size)> &prepare,
+                                 const FileLayer::Take &take) {
   // O_NONBLOCK is for a pipe, whose opening would wait for a writer.
   const int descriptor =
       ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   if (descriptor < 0) {
     return failure("open", path);
   }
-  auto content = readAll(descriptor, path);
+  const auto size = readableSize(descriptor, path);
+  FileLayer::Result<void> result;
+  if (!size) {
+    result = std::unexpected(size.error());
+  } else if (*size > FileLayer::largestRead) {
+    result = failure(EFBIG, "read", path);
+  } else {
+    prepare(*size);
+    result = readOn(descriptor, path, take);
+  }
   ::close(descriptor);
-  return content;
+  return result;
+}
+
+} // namespace
+
+FileLayer::Result<QByteArray> SystemFileLayer::read(const QString &path) {
+  QByteArray content;
+  const auto result = readFile(
+      path, [&content](std::uint64_t size) { content.reserve(static_cast<qsizetype>(size)); },
+      [&content](QByteArrayView piece) { content.append(piece); });
+  return result ? Result<QByteArray>(std::move(content)) : std::unexpected(result.error());
+}
+
+FileLayer::Result<void> SystemFileLayer::readPieces(const QString &path, const Take &take) {
+  return readFile(path, [](std::uint64_t) {}, take);
 }
 
 FileLayer::Result<FileLayer::Status> SystemFileLayer::status(const QString &path) {

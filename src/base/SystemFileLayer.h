@@ -8,6 +8,7 @@ namespace morvo {
 class SystemFileLayer final : public FileLayer {
 public:
   [[nodiscard]] Result<QByteArray> read(const QString &path) override;
+  [[nodiscard]] Result<void> readPieces(const QString &path, const Take &take) override;
   [[nodiscard]] Result<Status> status(const QString &path) override;
   [[nodiscard]] Result<QString> linkTarget(const QString &path) override;
   [[nodiscard]] Result<int> create(const QString &path, std::uint32_t mode) override;

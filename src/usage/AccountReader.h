@@ -4,6 +4,9 @@
 #include "platform/HomeFolder.h"
 #include "usage/AgentAccount.h"
 #include "usage/FileIdentity.h"
+#include "usage/JsonExcerpt.h"
+
+#include <QJsonObject>
 
 #include <mutex>
 #include <optional>
@@ -19,7 +22,7 @@ public:
   AccountReader(HomeFolder home, FileLayer &files);
 
   /// Of the file, which may hold the histories of many projects, only what tells the account is
-  /// taken apart.
+  /// kept and taken apart.
   [[nodiscard]] std::optional<AgentAccount> claude();
 
   /// Of the file, which holds tokens too, only the address and the account's number are taken.
@@ -30,11 +33,11 @@ private:
     FileIdentity identity;
     std::optional<AgentAccount> account;
   };
-  /// Behind the text there is room for a parser that reads ahead.
-  using Parse = std::optional<AgentAccount>(QByteArrayView text);
+  using Parse = std::optional<AgentAccount>(const QJsonObject &file);
 
-  [[nodiscard]] std::optional<AgentAccount> account(const QString &path, Parse *parse,
-                                                    Known &known);
+  /// What `parse` makes of the members that `excerpt` keeps.
+  [[nodiscard]] std::optional<AgentAccount> account(const QString &path, JsonExcerpt excerpt,
+                                                    Parse *parse, Known &known);
 
   HomeFolder m_home;
   FileLayer *m_files;

@@ -3,11 +3,6 @@
 #include <utility>
 
 namespace morvo {
-namespace {
-
-bool isSpace(char byte) { return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n'; }
-
-} // namespace
 
 JsonArrayText::JsonArrayText(Take take, qsizetype longest)
     : m_take(std::move(take)), m_longest(longest) {}
@@ -16,9 +11,7 @@ bool JsonArrayText::feed(std::string_view bytes) {
   // Where the part of the present object in these bytes begins.
   std::size_t begin = 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const bool isInside =
-        m_place == Place::object || m_place == Place::text || m_place == Place::escape;
-    if (!isInside) {
+    if (m_place != Place::object) {
       if (!outside(bytes[i])) {
         return false;
       }
@@ -34,7 +27,7 @@ bool JsonArrayText::feed(std::string_view bytes) {
       m_isTooLong = false;
     }
   }
-  if (m_depth > 0) {
+  if (m_place == Place::object) {
     keep(bytes.substr(begin));
   }
   return true;
@@ -50,7 +43,7 @@ void JsonArrayText::keep(std::string_view bytes) {
 }
 
 bool JsonArrayText::outside(char byte) {
-  if (isSpace(byte)) {
+  if (JsonNesting::isSpace(byte)) {
     return true;
   }
   switch (m_place) {
@@ -65,7 +58,7 @@ bool JsonArrayText::outside(char byte) {
       return isEmpty;
     }
     m_place = Place::object;
-    m_depth = 1;
+    m_nesting.take(byte);
     return byte == '{';
   case Place::afterObject:
     m_place = byte == ',' ? Place::next : Place::behind;
@@ -76,22 +69,12 @@ bool JsonArrayText::outside(char byte) {
 }
 
 bool JsonArrayText::inside(char byte) {
-  if (m_place == Place::escape) {
-    m_place = Place::text;
-  } else if (m_place == Place::text) {
-    m_place = byte == '\\' ? Place::escape : byte == '"' ? Place::object : Place::text;
-  } else if (byte == '"') {
-    m_place = Place::text;
-  } else if (byte == '{' || byte == '[') {
-    ++m_depth;
-  } else if (byte == '}' || byte == ']') {
-    --m_depth;
-    if (m_depth == 0) {
-      m_place = Place::afterObject;
-      return true;
-    }
+  m_nesting.take(byte);
+  const bool isLast = m_nesting.depth() == 0;
+  if (isLast) {
+    m_place = Place::afterObject;
   }
-  return false;
+  return isLast;
 }
 
 } // namespace morvo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "usage/JsonNesting.h"
 #include "usage/LogLine.h"
 
 #include <QByteArray>
@@ -31,8 +32,6 @@ private:
     first,       ///< The first object, or the end of the array.
     next,        ///< Another object.
     object,      ///< In an object.
-    text,        ///< In a text in an object.
-    escape,      ///< Behind the backslash in a text.
     afterObject, ///< A comma, or the end of the array.
     behind,      ///< Only white space.
   };
@@ -46,7 +45,7 @@ private:
   Take m_take;
   qsizetype m_longest;
   Place m_place = Place::before;
-  int m_depth = 0;
+  JsonNesting m_nesting;
   QByteArray m_object;
   bool m_isTooLong = false;
 };

@@ -154,6 +154,13 @@ TEST_F(AccountReaderTest, WhatStandsBesideTheAccountDoesNotMatter) {
   EXPECT_FALSE(claude(R"({"oauthAccount":{"displayName":"Ada"}} {})"));
 }
 
+TEST_F(AccountReaderTest, AFileOf21MegabytesTellsWithoutBeingHeldInMemory) {
+  const QByteArray history =
+      R"("projects":{"p":{"history":[")" + QByteArray(qsizetype{21} << 20U, 'x') + R"("]}},)";
+  EXPECT_EQ(claude("{" + history + R"("oauthAccount":{"displayName":"Ada"}})"), account(u"Ada"_s));
+  EXPECT_EQ(codex("{" + history + R"("email":"a@b.c"})"), account(u"a@b.c"_s));
+}
+
 TEST_F(AccountReaderTest, AFolderAndAPipeAreNobody) {
   ASSERT_TRUE(QDir(m_folder.path()).mkpath(u".claude.json"_s));
   EXPECT_FALSE(m_accounts.claude());

@@ -23,6 +23,11 @@ FileLayer::Result<QByteArray> FailingFileLayer::read(const QString &path) {
   return fault ? std::unexpected(*fault) : m_files.read(path);
 }
 
+FileLayer::Result<void> FailingFileLayer::readPieces(const QString &path, const Take &take) {
+  const auto fault = next("open", path);
+  return fault ? std::unexpected(*fault) : m_files.readPieces(path, take);
+}
+
 FileLayer::Result<FileLayer::Status> FailingFileLayer::status(const QString &path) {
   const auto fault = next("stat", path);
   return fault ? std::unexpected(*fault) : m_files.status(path);

@@ -30,6 +30,7 @@ public:
   [[nodiscard]] int calls() const { return m_calls; }
 
   [[nodiscard]] Result<QByteArray> read(const QString &path) override;
+  [[nodiscard]] Result<void> readPieces(const QString &path, const Take &take) override;
   [[nodiscard]] Result<Status> status(const QString &path) override;
   [[nodiscard]] Result<QString> linkTarget(const QString &path) override;
   [[nodiscard]] Result<int> create(const QString &path, std::uint32_t mode) override;
