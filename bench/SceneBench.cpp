@@ -39,6 +39,7 @@ public:
   }
   void set(const QString & /*key*/, const QVariant & /*value*/) override {}
   void remove(const QString & /*key*/) override {}
+  void atOnce(const std::function<void()> &change) override { change(); }
 };
 
 QString setName(int index) {

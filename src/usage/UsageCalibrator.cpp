@@ -62,6 +62,18 @@ int UsageCalibrator::usedPct(std::int64_t currentTokens) {
 }
 
 std::int64_t UsageCalibrator::learn(const Scale &scale, std::int64_t count) {
+  std::vector<std::int64_t> samples;
+  // A new block moves the old one's peak: seen half done, a peak would count twice or in the wrong
+  // block.
+  m_settings->atOnce([&] { samples = remember(scale, count); });
+  if (samples.size() < scale.fewestSamples) {
+    return std::max<std::int64_t>(TokenCount::sum(count, count), 1);
+  }
+  const auto learned = TokenCount::fromReal(static_cast<double>(p90(samples)) * headroom);
+  return std::max({learned, count, std::int64_t{1}});
+}
+
+std::vector<std::int64_t> UsageCalibrator::remember(const Scale &scale, std::int64_t count) {
   const auto now = std::chrono::floor<std::chrono::seconds>(m_clock->now()).time_since_epoch();
   const std::int64_t block = now / scale.block;
   const bool isFirst = !m_settings->object(scale.currentBlock);
@@ -77,12 +89,7 @@ std::int64_t UsageCalibrator::learn(const Scale &scale, std::int64_t count) {
   } else if (count > peak) {
     m_settings->set(scale.currentPeak, QVariant::fromValue<qlonglong>(count));
   }
-  const auto samples = loadSamples(scale.peaks);
-  if (samples.size() < scale.fewestSamples) {
-    return std::max<std::int64_t>(TokenCount::sum(count, count), 1);
-  }
-  const auto learned = TokenCount::fromReal(static_cast<double>(p90(samples)) * headroom);
-  return std::max({learned, count, std::int64_t{1}});
+  return loadSamples(scale.peaks);
 }
 
 std::int64_t UsageCalibrator::p90(std::vector<std::int64_t> samples) {
@@ -103,7 +110,9 @@ std::int64_t UsageCalibrator::p90(std::vector<std::int64_t> samples) {
 
 std::vector<std::int64_t> UsageCalibrator::loadSamples(const QString &key) const {
   std::vector<std::int64_t> samples;
-  const QStringList texts = m_settings->object(key).value_or(QVariant()).toString().split(u',');
+  // Out of a file that somebody has edited, a text with commas comes as a list.
+  const QStringList texts =
+      m_settings->object(key).value_or(QVariant()).toStringList().join(u',').split(u',');
   for (const QString &text : texts) {
     if (const auto sample = TokenCount::fromDecimal(text.toStdString())) {
       samples.push_back(*sample);

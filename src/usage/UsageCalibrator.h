@@ -9,10 +9,11 @@
 namespace morvo {
 
 /// Learns how much the user's plan allows: it takes the habitual peak of past 5-hour blocks, and of
-/// past weeks, for the limit. Asking is how it learns, so ask at each capture.
+/// past weeks, for the limit. Asking is how it learns, so ask at each capture, with what was
+/// captured, and never again with an old count: it would pass for the present block's.
 ///
-/// Main thread; its keys of the settings store have no other writer. Blocks and weeks lie on a
-/// fixed grid from 1970.
+/// Main thread. Other processes may learn into the same store. Blocks and weeks lie on a fixed grid
+/// from 1970.
 class UsageCalibrator {
 public:
   /// Both must outlive it.
@@ -33,6 +34,8 @@ private:
   struct Scale;
 
   [[nodiscard]] std::int64_t learn(const Scale &scale, std::int64_t count);
+  /// Puts the count where it belongs; the peaks of past blocks.
+  [[nodiscard]] std::vector<std::int64_t> remember(const Scale &scale, std::int64_t count);
   [[nodiscard]] std::vector<std::int64_t> loadSamples(const QString &key) const;
   void saveSamples(const QString &key, const std::vector<std::int64_t> &samples);
 

@@ -147,6 +147,68 @@ TEST_F(SettingsFileTest, ThreadsMayShareIt) {
   EXPECT_TRUE(settings.object(QStringLiteral("two.49")));
 }
 
+TEST_F(SettingsFileTest, AStepIsSeenByOthersAsAWhole) {
+  SettingsFile settings(m_path);
+  settings.set(m_key, QStringLiteral("before"));
+  const SettingsFile other(m_path);
+  settings.atOnce([&] {
+    settings.set(m_key, QStringLiteral("after"));
+    settings.remove(QStringLiteral("gone"));
+    settings.set(QStringLiteral("more"), 1);
+    EXPECT_EQ(settings.object(m_key), std::optional(QVariant(QStringLiteral("after"))));
+    EXPECT_EQ(other.object(m_key), std::optional(QVariant(QStringLiteral("before"))));
+    EXPECT_EQ(other.object(QStringLiteral("more")), std::nullopt);
+  });
+  EXPECT_EQ(other.object(m_key), std::optional(QVariant(QStringLiteral("after"))));
+  EXPECT_TRUE(other.object(QStringLiteral("more")));
+}
+
+TEST_F(SettingsFileTest, AStepBeginsWithWhatAnotherProcessWrote) {
+  SettingsFile settings(m_path);
+  settings.set(m_key, 1);
+  join(elsewhere([&] { SettingsFile(m_path).set(m_key, 2); }));
+  settings.atOnce([&] { EXPECT_EQ(settings.object(m_key)->toInt(), 2); });
+}
+
+TEST_F(SettingsFileTest, AProcessThatDiesInAStepHasChangedNothing) {
+  SettingsFile(m_path).set(m_key, 1);
+  join(elsewhere([&] {
+    SettingsFile settings(m_path);
+    settings.atOnce([&] {
+      settings.set(m_key, 2);
+      ::_exit(0);
+    });
+  }));
+  SettingsFile settings(m_path);
+  settings.atOnce([&] { settings.set(QStringLiteral("more"), 3); });
+  EXPECT_EQ(settings.object(m_key)->toInt(), 1);
+}
+
+TEST_F(SettingsFileTest, TwoProcessesThatLengthenATextAtOnceLoseNoStep) {
+  constexpr int steps = 200;
+  const auto lengthen = [this] {
+    SettingsFile settings(m_path);
+    for (int i = 0; i < steps; ++i) {
+      settings.atOnce([&] {
+        settings.set(m_key, settings.object(m_key).value_or(QVariant()).toString() + u'x');
+      });
+    }
+  };
+  SettingsFile(m_path).set(m_key, QString());
+  const pid_t one = elsewhere(lengthen);
+  const pid_t two = elsewhere(lengthen);
+  join(one);
+  join(two);
+  EXPECT_EQ(SettingsFile(m_path).object(m_key)->toString().size(), 2 * steps);
+}
+
+TEST_F(SettingsFileTest, AStepNeedsNoFolderYet) {
+  SettingsFile settings(m_path);
+  settings.atOnce([&] { settings.set(m_key, 1); });
+  EXPECT_EQ(SettingsFile(m_path).object(m_key)->toInt(), 1);
+  EXPECT_EQ(m_files.status(m_path)->mode, 0600U);
+}
+
 TEST_F(SettingsFileTest, GarbageInTheFileIsNoObstacle) {
   for (const QByteArray &content :
        {QByteArray("\0\xff\xfe\x01garbage", 11), QByteArray("[unfinished"),

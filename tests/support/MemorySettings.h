@@ -15,6 +15,7 @@ public:
   }
   void set(const QString &key, const QVariant &value) override { m_values.insert(key, value); }
   void remove(const QString &key) override { m_values.remove(key); }
+  void atOnce(const std::function<void()> &change) override { change(); }
 
 private:
   QHash<QString, QVariant> m_values;

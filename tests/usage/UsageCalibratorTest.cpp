@@ -1,7 +1,11 @@
 #include "usage/UsageCalibrator.h"
 #include "platform/SettingKeys.h"
+#include "platform/qt/SettingsFile.h"
 #include "support/ManualClock.h"
 #include "support/MemorySettings.h"
+
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -39,6 +43,12 @@ TEST_F(UsageCalibratorTest, TheCeilingIsATenthAboveTheHabitualPeak) {
   EXPECT_EQ(m_calibrator.ceiling(10), 407);
   EXPECT_EQ(m_calibrator.ceiling(500), 500);
   EXPECT_EQ(m_calibrator.usedPct(500), 100);
+}
+
+TEST_F(UsageCalibratorTest, BetweenTwoSamplesTheValueIsCutToAWholeNumber) {
+  EXPECT_EQ(UsageCalibrator::p90({1, 2}), 1);
+  m_settings.set(SettingKeys::usageBlockPeaks, QStringLiteral("5,5,5,5"));
+  EXPECT_EQ(m_calibrator.ceiling(1), 5) << "5.5 is cut";
 }
 
 TEST_F(UsageCalibratorTest, NoSamplesOrOneHaveNoPlaceBetween) {
@@ -116,6 +126,22 @@ TEST_F(UsageCalibratorTest, OnlyWholeNumbersAreSamples) {
   EXPECT_EQ(m_calibrator.ceiling(1), 110);
 }
 
+TEST_F(UsageCalibratorTest, PeaksThatSomebodyWroteIntoTheFileByHandAreSamples) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("settings.ini"));
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("[General]\nmorvo.usage.blockPeaks=100,200,300,400\n");
+  file.close();
+  SettingsFile settings(path);
+  UsageCalibrator calibrator(settings, m_clock);
+  EXPECT_EQ(calibrator.ceiling(10), 407);
+  nextBlock();
+  EXPECT_EQ(calibrator.ceiling(10), 396);
+  EXPECT_EQ(settings.object(SettingKeys::usageBlockPeaks)->toString(),
+            QStringLiteral("100,200,300,400,10"));
+}
+
 TEST_F(UsageCalibratorTest, ANumberBeyond64BitsIsNoSample) {
   m_settings.set(SettingKeys::usageBlockPeaks,
                  QStringLiteral("100,100,9223372036854775808,99999999999999999999,100"));
@@ -144,6 +170,66 @@ TEST_F(UsageCalibratorTest, HugeCountsEndAtTheLimits) {
   EXPECT_EQ(m_calibrator.ceiling(1), most);
   EXPECT_EQ(m_calibrator.usedPct(-5), 0);
 }
+
+/// Settings of a process that dies once it has written so many times.
+class TornSettings final : public SettingsStore {
+public:
+  [[nodiscard]] std::optional<QVariant> object(const QString &key) const override {
+    return m_kept.object(key);
+  }
+  void set(const QString &key, const QVariant &value) override {
+    if (countsWrite()) {
+      m_kept.set(key, value);
+    }
+  }
+  void remove(const QString &key) override {
+    if (countsWrite()) {
+      m_kept.remove(key);
+    }
+  }
+  void atOnce(const std::function<void()> &change) override {
+    const test::MemorySettings before = m_kept;
+    m_isAtOnce = true;
+    change();
+    m_isAtOnce = false;
+    if (!countsWrite()) {
+      m_kept = before;
+    }
+  }
+
+  /// A negative number is never reached.
+  int writesLeft = -1;
+
+private:
+  bool countsWrite() { return m_isAtOnce || (writesLeft != 0 && writesLeft-- != 0); }
+
+  test::MemorySettings m_kept;
+  bool m_isAtOnce = false;
+};
+
+class TornUsageCalibrator : public testing::TestWithParam<int> {};
+
+TEST_P(TornUsageCalibrator, LeavesEachBlockWithOnePeak) {
+  test::ManualClock clock;
+  TornSettings settings;
+  const auto capture = [&](std::int64_t count) {
+    (void)UsageCalibrator(settings, clock).ceiling(count);
+  };
+  capture(300);
+  clock.advance(std::chrono::hours(5));
+  settings.writesLeft = GetParam();
+  capture(50);
+  settings.writesLeft = -1;
+  capture(40);
+  clock.advance(std::chrono::hours(5));
+  capture(0);
+  const QString peaks =
+      settings.object(SettingKeys::usageBlockPeaks).value_or(QVariant()).toString();
+  EXPECT_TRUE(peaks == QStringLiteral("300,50") || peaks == QStringLiteral("300,40"))
+      << peaks.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Writes, TornUsageCalibrator, testing::Range(0, 5));
 
 } // namespace
 } // namespace morvo
