@@ -25,7 +25,8 @@ std::optional<QString> executable(const QString &path) {
 }
 
 std::optional<QString> firstExecutable(const QString &name, const QString &folders) {
-  const QStringList places = folders.split(u':', Qt::SkipEmptyParts);
+  // An empty place is the root folder.
+  const QStringList places = folders.split(u':');
   for (const QString &folder : places) {
     if (auto found = executable(folder + u'/' + name)) {
       return found;
@@ -41,9 +42,12 @@ std::optional<QString> locate(const QString &name, const Environment &environmen
   if (auto found = named ? executable(*named) : std::nullopt) {
     return found;
   }
-  return firstExecutable(name,
-                         environment.value(QStringLiteral("PATH"))
-                             .value_or(standardFolders + home.file(QStringLiteral(".local/bin"))));
+  return firstExecutable(name, foldersOf(environment, home));
+}
+
+QString foldersOf(const Environment &environment, const HomeFolder &home) {
+  return environment.value(QStringLiteral("PATH"))
+      .value_or(standardFolders + home.file(QStringLiteral(".local/bin")));
 }
 
 QCoro::Task<std::optional<ChildProcess::Output>> output(Scheduler &scheduler, Run command,

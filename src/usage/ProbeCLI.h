@@ -23,7 +23,11 @@ namespace morvo::ProbeCLI {
 [[nodiscard]] std::optional<QString> locate(const QString &name, const Environment &environment,
                                             const HomeFolder &home);
 
-/// The first executable file `name` in a list of folders separated by ":".
+/// The folders in which an agent's command is sought: those of `PATH`, even if it is empty; without
+/// one the usual places and the home's own.
+[[nodiscard]] QString foldersOf(const Environment &environment, const HomeFolder &home);
+/// The first executable file `name` in a list of folders separated by ":"; an empty one is
+/// the root.
 [[nodiscard]] std::optional<QString> firstExecutable(const QString &name, const QString &folders);
 /// The path, made absolute, if it names an executable file.
 [[nodiscard]] std::optional<QString> executable(const QString &path);

@@ -92,8 +92,11 @@ std::optional<QString> findCautBinary(const Environment &environment) {
   if (auto found = named ? ProbeCLI::executable(*named) : std::nullopt) {
     return found;
   }
-  return ProbeCLI::firstExecutable(
-      source, environment.value(QStringLiteral("PATH")).value_or(standardFolders));
+  return ProbeCLI::firstExecutable(source, cautFolders(environment));
+}
+
+QString cautFolders(const Environment &environment) {
+  return environment.value(QStringLiteral("PATH")).value_or(standardFolders);
 }
 
 QCoro::Task<std::vector<ProbedQuota>> runCautUsage(Scheduler &scheduler, QString binary,

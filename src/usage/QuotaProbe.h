@@ -23,6 +23,10 @@ namespace morvo::QuotaProbe {
 /// Looks at the disk: not for the main thread.
 [[nodiscard]] std::optional<QString> findCautBinary(const Environment &environment);
 
+/// The folders in which it is sought: those of `PATH`; without one the usual places, but not the
+/// home's own.
+[[nodiscard]] QString cautFolders(const Environment &environment);
+
 /// Runs the command at that path for up to 8 seconds. Empty on any failure, and when `stop` was
 /// requested.
 [[nodiscard]] QCoro::Task<std::vector<ProbedQuota>>

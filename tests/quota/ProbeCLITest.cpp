@@ -70,6 +70,15 @@ TEST_F(ProbeCLITest, WithoutAPathTheUsualPlacesAndTheHomeAreSearched) {
   const QString program = standIn(u".local/bin/"_s + name, {});
   EXPECT_EQ(ProbeCLI::locate(name, Environment(), home), program);
   EXPECT_FALSE(ProbeCLI::locate(name, Environment().with(u"PATH"_s, {}), home));
+  EXPECT_EQ(ProbeCLI::foldersOf(Environment(), HomeFolder{u"/home/me"_s}),
+            u"/usr/local/bin:/opt/homebrew/bin:/usr/bin:/home/me/.local/bin"_s);
+}
+
+TEST_F(ProbeCLITest, AnEmptyPlaceInThePathIsTheRootFolder) {
+  const QString program = standIn(u"program"_s, {});
+  const QString fromRoot = program.sliced(1);
+  EXPECT_EQ(ProbeCLI::firstExecutable(fromRoot, {}), program);
+  EXPECT_EQ(ProbeCLI::firstExecutable(fromRoot, u"/nonexistent::/usr/bin"_s), program);
 }
 
 TEST_F(ProbeCLITest, TheStandardOutputIsTheAnswer) {

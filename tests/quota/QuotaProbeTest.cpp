@@ -248,5 +248,10 @@ TEST_F(CautRunTest, IsFoundByItsVariableAndThenInThePath) {
   EXPECT_FALSE(QuotaProbe::findCautBinary(Environment().with(u"PATH"_s, {})));
 }
 
+TEST_F(CautRunTest, WithoutAPathOnlyTheUsualPlacesAreSearched) {
+  EXPECT_EQ(QuotaProbe::cautFolders(Environment()), u"/usr/local/bin:/opt/homebrew/bin:/usr/bin"_s);
+  EXPECT_EQ(QuotaProbe::cautFolders(Environment().with(u"PATH"_s, {})), QString());
+}
+
 } // namespace
 } // namespace morvo
