@@ -18,6 +18,16 @@ namespace {
 /// What a shell adds to the number of the signal that ended a program.
 constexpr int signalExitBase = 128;
 
+/// May be destroyed while its program runs, when the application ends and nobody is there any more
+/// to hear of the program's end: a QProcess says so on standard error and waits for 30 seconds.
+class Program final : public QProcess {
+public:
+  Program() = default;
+  Program(const Program &) = delete;
+  Program &operator=(const Program &) = delete;
+  ~Program() override { setProcessState(NotRunning); }
+};
+
 /// Keeps the beginning of a stream.
 class BoundedBytes {
 public:
@@ -82,7 +92,7 @@ void killGroup(qint64 leader) {
 class ChildProcess::Run {
 public:
   Run(Scheduler &scheduler, const Command &command, Callback callback)
-      : m_scheduler(&scheduler), m_callback(std::move(callback)), m_process(new QProcess),
+      : m_scheduler(&scheduler), m_callback(std::move(callback)), m_process(new Program),
         m_output(command.outputLimit), m_error(command.outputLimit), m_mayCrash(command.mayCrash) {
     prepare(command);
     m_deadline = m_scheduler->after(command.deadline, [this] { passDeadline(); });
@@ -106,9 +116,9 @@ private:
     m_process->setWorkingDirectory(command.workingDirectory);
     m_process->setChildProcessModifier([program = ::getpid()] { liveNoLongerThan(program); });
     QObject::connect(m_process, &QProcess::readyReadStandardOutput, &m_context,
-                     [this] { m_output.append(m_process->readAllStandardOutput()); });
+                     [this] { keep(m_output, m_process->readAllStandardOutput()); });
     QObject::connect(m_process, &QProcess::readyReadStandardError, &m_context,
-                     [this] { m_error.append(m_process->readAllStandardError()); });
+                     [this] { keep(m_error, m_process->readAllStandardError()); });
     QObject::connect(m_process, &QProcess::started, &m_context,
                      [this] { m_leader = m_process->processId(); });
     // A missing program is noticed inside `start`; queued, the callback stays outside of it.
@@ -123,6 +133,13 @@ private:
     QObject::connect(
         m_process, &QProcess::finished, &m_context,
         [this](int exitCode, QProcess::ExitStatus status) { finish(exitCode, status); });
+  }
+
+  void keep(BoundedBytes &kept, const QByteArray &bytes) const {
+    kept.append(bytes);
+    if (kept.isTruncated()) {
+      signalGroup(m_process->processId(), SIGKILL);
+    }
   }
 
   void passDeadline() {
@@ -148,7 +165,8 @@ private:
       return;
     }
     const bool isCrash = status == QProcess::CrashExit;
-    if (isCrash && !m_mayCrash) {
+    const bool wasFull = m_output.isTruncated() || m_error.isTruncated();
+    if (isCrash && !wasFull && !m_mayCrash) {
       deliver(std::unexpected(Failure::killed));
       return;
     }
@@ -171,7 +189,7 @@ private:
     }
   }
 
-  /// A QProcess waits in its destructor for a living child, so it is left to the event loop.
+  /// The child is reaped by the event loop, when its end comes.
   void abandon() {
     QProcess *const process = std::exchange(m_process, nullptr);
     process->disconnect();
@@ -187,7 +205,7 @@ private:
                          process->deleteLater();
                        }
                      });
-    // Without an event loop that runs on, the application reaps it at its end.
+    // At the end of the application no event loop runs on.
     if (auto *application = QCoreApplication::instance();
         application != nullptr && application->thread() == QThread::currentThread()) {
       process->setParent(application);
@@ -196,7 +214,7 @@ private:
 
   Scheduler *m_scheduler;
   Callback m_callback;
-  QProcess *m_process; ///< None once it is left to itself.
+  Program *m_process; ///< None once it is left to itself.
   BoundedBytes m_output;
   BoundedBytes m_error;
   bool m_mayCrash;

@@ -36,8 +36,8 @@ public:
     QString workingDirectory;
     /// From the start; behind it the program is asked to end, then killed.
     Duration deadline = std::chrono::seconds(30);
-    /// Bytes kept of each output; what comes behind them is read and thrown away, so that a
-    /// talkative program still ends.
+    /// Bytes kept of each output. A program that writes more is killed with all it started, and
+    /// what was kept is the result: to read on would take the time of this thread for nothing.
     qsizetype outputLimit = qsizetype{16} << 20U;
     /// Whether being ended by a signal is an end like any other, for a program whose last words
     /// count however it ended. The exit code is then that of a shell, 128 and the signal's number.
@@ -48,7 +48,7 @@ public:
     int exitCode = 0;
     QByteArray standardOutput;
     QByteArray standardError;
-    /// Whether either output was longer than the limit.
+    /// Whether either output was longer than the limit. The exit code means nothing then.
     bool truncated = false;
 
     bool operator==(const Output &) const = default;

@@ -141,14 +141,31 @@ TEST_F(ChildProcessTest, RunsInTheFolderItIsGiven) {
             QDir(m_folder.path()).canonicalPath());
 }
 
-TEST_F(ChildProcessTest, AFloodIsCutAtTheLimitWhileTheProgramRunsToItsEnd) {
-  auto command = shell(QStringLiteral("head -c 52428800 /dev/zero; echo told >&2"));
+TEST_F(ChildProcessTest, AFloodIsKeptUpToTheLimitAndEndsTheProgramWithAllItStarted) {
+  const QString flood = QStringLiteral("echo told >&2; sh -c 'echo $$ > %1; exec sleep 600' & "
+                                       "while ! [ -s %1 ]; do sleep 0.01; done; "
+                                       "trap '' TERM PIPE; while :; do cat /dev/zero; done")
+                            .arg(path(QStringLiteral("grandchild")));
+  auto command = shell(flood);
   command.outputLimit = 1000;
   const auto result = run(command);
   ASSERT_TRUE(result);
   EXPECT_EQ(result->standardOutput, QByteArray(1000, '\0'));
   EXPECT_EQ(result->standardError, "told\n");
   EXPECT_TRUE(result->truncated);
+  const pid_t grandchild = writtenPid(QStringLiteral("grandchild"));
+  ASSERT_GT(grandchild, 0);
+  until([&] { return isGone(grandchild); });
+  EXPECT_TRUE(isGone(grandchild));
+}
+
+TEST_F(ChildProcessTest, AFloodOnTheStandardErrorIsNoneTheBetter) {
+  auto command = shell(QStringLiteral("echo table; cat /dev/zero >&2"));
+  command.outputLimit = 1000;
+  const auto result = run(command);
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->standardOutput, "table\n");
+  EXPECT_EQ(result->standardError.size(), 1000);
 }
 
 TEST_F(ChildProcessTest, OutputOfExactlyTheLimitIsWhole) {

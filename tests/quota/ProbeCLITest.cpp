@@ -116,12 +116,12 @@ TEST_F(ProbeCLITest, ItRunsInTheRootFolderWithItsArgumentsItsVariablesAndNoInput
   EXPECT_EQ(run(u"cat; pwd; echo $GIVEN; printf '%s|' \"$@\""_s), u"/\nhere\n/usage||"_s);
 }
 
-TEST_F(ProbeCLITest, AFloodOnBothOutputsIsCutWhileTheProgramRunsToItsEnd) {
-  const auto text = run(u"head -c 52428800 /dev/zero | tr '\\0' x; "
-                        "head -c 52428800 /dev/zero >&2; echo > %1"_s.arg(path(u"ended"_s)));
-  ASSERT_TRUE(text);
-  EXPECT_EQ(text->size(), qsizetype{1} << 20U);
-  EXPECT_TRUE(QFile::exists(path(u"ended"_s)));
+TEST_F(ProbeCLITest, AFloodEndsTheProgramAndItsFirstMegabyteIsTheAnswer) {
+  for (const QString &output : {u"1"_s, u"2"_s}) {
+    const auto text = run(u"tr '\\0' x < /dev/zero >&"_s + output);
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->size(), qsizetype{1} << 20U);
+  }
 }
 
 TEST_F(ProbeCLITest, AtTheTimeoutItIsAskedToEndAndItsWordsAreDropped) {
