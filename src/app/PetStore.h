@@ -118,8 +118,8 @@ public:
     std::function<UsageStats(const UsageSnapshot &)> measure = [](const UsageSnapshot &) {
       return UsageStats();
     };
-    /// Estimates an agent's load where it gives no official figure. One that has learned nothing
-    /// yet says half.
+    /// Estimates an agent's load where it gives no official figure, and may learn by it: asked once
+    /// for each count that is taken. One that has learned nothing yet says half.
     AttentionEngine::LearnedPct learnedPct = [](std::int64_t /*windowTokens*/) { return 50; };
   };
 

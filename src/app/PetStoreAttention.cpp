@@ -72,7 +72,6 @@ AttentionSnapshot PetStore::attentionSnapshot() const {
 }
 
 void PetStore::refreshAttention() {
-  m_sourceLoads = AttentionEngine::sourceLoads(m_detected, m_parts.learnedPct);
   dropOldNews();
   const AttentionSnapshot snapshot = attentionSnapshot();
   const auto items = AttentionEngine::rank(snapshot);

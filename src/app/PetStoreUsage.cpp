@@ -72,6 +72,8 @@ void PetStore::publish(std::vector<DetectedAgent> agents) {
   }
   m_sources = names;
   m_detected = std::move(agents);
+  // Asking teaches, so this is asked while the counts are new, and not at each look at them.
+  m_sourceLoads = AttentionEngine::sourceLoads(m_detected, m_parts.learnedPct);
 }
 
 void PetStore::reportUsage() {

@@ -1,6 +1,7 @@
 #include "app/StoreFixture.h"
 
 #include "platform/SettingKeys.h"
+#include "usage/UsageAnalytics.h"
 
 namespace morvo {
 namespace {
@@ -172,6 +173,29 @@ TEST_F(PetStoreUsageTest, SwitchingTheCaptureOffEndsItAtTheNextRound) {
   set(SettingKeys::captureUsage, false);
   advance(600s);
   EXPECT_EQ(m_usage.captures, 1);
+}
+
+TEST_F(PetStoreUsageTest, ACountThatIsNoLongerTakenTeachesNothing) {
+  UsageCalibrator calibrator(m_settings, m_clock);
+  m_measure = [&](const UsageSnapshot &snapshot) {
+    return UsageAnalytics::compute(snapshot.events, snapshot.weekTokens, m_clock.now(), calibrator);
+  };
+  m_learnedPct = [&](std::int64_t tokens) { return calibrator.usedPct(tokens); };
+  DetectedAgent agent = claude();
+  agent.windowTokens = 1000;
+  start();
+  m_usage.result = UsageSnapshot{
+      .agents = {agent}, .events = {{.ts = m_clock.now(), .billable = 1000}}, .weekTokens = 1000};
+  m_store->captureUsage();
+  ASSERT_EQ(m_store->sourceLoads().front().usedPct, 50);
+  advance(25h);
+  m_store->refreshAttention();
+  EXPECT_FALSE(m_settings.object(SettingKeys::usageBlockPeaks));
+  EXPECT_EQ(m_store->sourceLoads().front().usedPct, 50);
+  EXPECT_EQ(m_store->attentionItems().front().kind, AttentionKind::calm);
+  m_usage.result = UsageSnapshot{.agents = {claude()}};
+  m_store->captureUsage();
+  EXPECT_EQ(m_settings.object(SettingKeys::usageBlockPeaks), u"1000"_s);
 }
 
 TEST_F(PetStoreUsageTest, WithoutASourceNothingHappens) {
