@@ -298,7 +298,7 @@ int runDesktop(Surroundings &surroundings, const QStringList &words) {
   chooseFonts();
 
   // A session that ends and a service that is stopped ask like this: the pet leaves in good order.
-  const TerminationSignals termination([] { QCoreApplication::quit(); });
+  const TerminationSignals termination([](int /*number*/) { QCoreApplication::quit(); });
   Program program(surroundings);
   instance.onWords([&program](const QStringList &later) { program.open(later); });
   if (!words.isEmpty()) {

@@ -4,6 +4,7 @@
 #include "base/Diagnostics.h"
 #include "base/QtScheduler.h"
 #include "base/WorkerPool.h"
+#include "platform/linux/TerminationSignals.h"
 #include "usage/CodexUsageReader.h"
 #include "usage/UsageAnalytics.h"
 
@@ -12,6 +13,8 @@
 
 #include <array>
 #include <charconv>
+#include <csignal>
+#include <expected>
 
 namespace morvo::UsageModes {
 namespace {
@@ -31,6 +34,26 @@ QString agentLine(const DetectedAgent &agent) {
       .arg(agent.windowTokens)
       .arg(agent.weekTokens)
       .arg(fixed(agent.cost, 2));
+}
+
+/// What one capture gave; or the number of the signal that asked the process to end before.
+std::expected<std::optional<UsageSnapshot>, int> capture(const HookContext &context,
+                                                         const Clock &clock) {
+  QtScheduler scheduler;
+  std::optional<WorkerPool> pool(std::in_place, LocalUsage::threads);
+  auto source = LocalUsage::source(context, clock, scheduler, *pool);
+  std::optional<int> signal;
+  const TerminationSignals termination([&](int number) {
+    signal = number;
+    // Without them the capture goes on at once, with nothing.
+    source.reset();
+    pool.reset();
+  });
+  auto snapshot = QCoro::waitFor(source->capture());
+  if (signal) {
+    return std::unexpected(*signal);
+  }
+  return snapshot;
 }
 
 QString totalLine(const UsageStats &stats) {
@@ -60,15 +83,23 @@ QString codexLine(const std::optional<LiveRateLimit> &limit) {
 
 void scan(const HookContext &context, const Setting &setting) {
   const SystemClock clock;
-  QtScheduler scheduler;
-  WorkerPool pool(LocalUsage::threads);
-  const auto source = LocalUsage::source(context, clock, scheduler, pool);
-  const UsageSnapshot snapshot = QCoro::waitFor(source->capture()).value_or(UsageSnapshot());
+  const auto captured = capture(context, clock);
+  if (!captured) {
+    // Whoever started the process is told by its end, as by any other command's.
+    std::raise(captured.error());
+    return;
+  }
+  const std::optional<UsageSnapshot> &snapshot = *captured;
+  if (!snapshot) {
+    // To tell of no use at all would be wrong, and would be learned.
+    Diagnostics::line(u"SCAN", QStringLiteral("没读到本机用量"));
+    return;
+  }
   UsageCalibrator calibrator(setting.store(), clock);
   const auto stats =
-      UsageAnalytics::compute(snapshot.events, snapshot.weekTokens, clock.now(), calibrator);
+      UsageAnalytics::compute(snapshot->events, snapshot->weekTokens, clock.now(), calibrator);
   QTextStream out(stderr);
-  for (const QString &line : scanLines(snapshot, stats)) {
+  for (const QString &line : scanLines(*snapshot, stats)) {
     out << line << '\n';
   }
 }

@@ -20,7 +20,8 @@ namespace morvo::UsageModes {
 [[nodiscard]] QString codexLine(const std::optional<LiveRateLimit> &limit);
 
 /// Captures once, as the running program does, and prints the lines on standard error. Runs an
-/// event loop until it is done; the commands it asks have up to 18 seconds.
+/// event loop until it is done; the commands it asks have up to 18 seconds. A signal to end is
+/// obeyed, and kills the commands with all they started.
 void scan(const HookContext &context, const Setting &setting);
 
 /// Prints Codex's line on standard error.

@@ -269,14 +269,39 @@ class ProgramTest(unittest.TestCase):
         self.assertIn(learned, settings.read_text())
 
     def test_a_command_that_stalls_does_not_hold_up_the_end(self):
-        program, child = self.start_with_a_command_that_stalls()
+        program, child, grandchild = self.start_with_a_command_that_stalls()
         self.assertEqual(self.run_program("quit").returncode, 0)
-        program.stderr.read()
+        self.assertNotIn("QProcess", program.stderr.read())
         self.assertEqual(program.wait(DEADLINE), 0)
         self.wait_for_end(child)
+        self.wait_for_end(grandchild)
+
+    def test_a_command_that_stalls_does_not_hold_up_an_end_by_a_signal(self):
+        program, child, grandchild = self.start_with_a_command_that_stalls()
+        program.send_signal(signal.SIGTERM)
+        self.assertNotIn("QProcess", program.stderr.read())
+        self.assertEqual(program.wait(DEADLINE), 0)
+        self.wait_for_end(child)
+        self.wait_for_end(grandchild)
+
+    def test_a_scan_that_is_told_to_end_takes_its_commands_along(self):
+        for number in [signal.SIGINT, signal.SIGTERM, signal.SIGHUP]:
+            changes, pids = self.give_a_command_that_stalls()
+            scan = subprocess.Popen(
+                [PROGRAM], env={**self.environment, **changes, "MORVO_SCAN": "1"},
+                stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, encoding="utf-8")
+            self.running.append(scan)
+            child, grandchild = self.wait_for_pids(pids)
+            scan.send_signal(number)
+            self.assertEqual(scan.stderr.read(), "")
+            self.assertEqual(scan.wait(DEADLINE), -number)
+            self.wait_for_end(child)
+            self.wait_for_end(grandchild)
 
     def test_a_command_that_stalls_ends_with_a_program_that_is_killed(self):
-        program, child = self.start_with_a_command_that_stalls()
+        program, child, grandchild = self.start_with_a_command_that_stalls()
+        # What the command itself has started lives on.
+        self.addCleanup(os.kill, grandchild, signal.SIGKILL)
         program.kill()
         program.wait(DEADLINE)
         self.wait_for_end(child)
@@ -288,23 +313,34 @@ class ProgramTest(unittest.TestCase):
             program.stderr.read()
             self.assertEqual(program.wait(DEADLINE), 0, number)
 
-    def start_with_a_command_that_stalls(self):
-        """The program, and the process number of a child that does not obey."""
+    def give_a_command_that_stalls(self):
+        """A home with a `claude` that does not obey, and the file with its process number and that
+        of the command it starts."""
+        shutil.rmtree(self.home)
+        self.home.mkdir()
         changes = self.give_agents_logs()
         begun = self.home / "begun"
         command = self.home / "claude"
-        command.write_text(f"#!/bin/sh\ntrap '' TERM\necho $$ > '{begun}'\n"
-                           "while :; do sleep 0.1; done\n")
+        command.write_text(f"#!/bin/sh\ntrap '' TERM\nsleep 600 &\n"
+                           f"echo $$ $! > '{begun}'\nwhile :; do sleep 0.1; done\n")
         command.chmod(0o755)
+        del changes["MORVO_DISABLE_CLI_PROBES"]
+        return {**changes, "MORVO_CLAUDE_PATH": str(command)}, begun
+
+    def wait_for_pids(self, file):
+        end = time.monotonic() + DEADLINE
+        while not (file.exists() and file.read_text()) and time.monotonic() < end:
+            time.sleep(0.02)
+        return [int(word) for word in file.read_text().split()]
+
+    def start_with_a_command_that_stalls(self):
+        """The program, and the process numbers of a child that does not obey and of its child."""
+        changes, begun = self.give_a_command_that_stalls()
         settings = self.home / ".config" / "morvobar" / "settings.ini"
         settings.parent.mkdir(parents=True)
         settings.write_text("[General]\nmorvo.set.captureUsage=true\n")
-        del changes["MORVO_DISABLE_CLI_PROBES"]
-        program = self.start(MORVO_CLAUDE_PATH=str(command), **changes)
-        end = time.monotonic() + DEADLINE
-        while not (begun.exists() and begun.read_text()) and time.monotonic() < end:
-            time.sleep(0.02)
-        return program, int(begun.read_text())
+        program = self.start(**changes)
+        return program, *self.wait_for_pids(begun)
 
     def wait_for_end(self, child):
         end = time.monotonic() + DEADLINE

@@ -13,9 +13,9 @@ namespace {
 std::atomic<int> writingEnd = -1;
 static_assert(std::atomic<int>::is_always_lock_free);
 
-void tell(int /*number*/) {
+void tell(int number) {
   const int before = errno;
-  const char byte = 0;
+  const auto byte = static_cast<char>(number);
   // A full pipe has told already.
   static_cast<void>(::write(writingEnd.load(), &byte, 1) == 1);
   errno = before;
@@ -23,7 +23,7 @@ void tell(int /*number*/) {
 
 } // namespace
 
-TerminationSignals::TerminationSignals(std::function<void()> onSignal)
+TerminationSignals::TerminationSignals(std::function<void(int number)> onSignal)
     : m_onSignal(std::move(onSignal)) {
   // Without a pipe the signals end the process as they always do.
   if (::pipe2(m_pipe.data(), O_CLOEXEC | O_NONBLOCK) == 0) {
@@ -60,13 +60,11 @@ void TerminationSignals::listen() {
 }
 
 void TerminationSignals::hear() {
-  std::array<char, 16> bytes{};
-  bool isTold = false;
-  while (::read(m_pipe[0], bytes.data(), bytes.size()) > 0) {
-    isTold = true;
+  char number = 0;
+  while (::read(m_pipe[0], &number, 1) == 1) {
   }
-  if (isTold) {
-    m_onSignal();
+  if (number != 0) {
+    m_onSignal(number);
   }
 }
 
