@@ -245,5 +245,28 @@ TEST_F(EntryModesTest, theFirstModeInOrderIsTakenAlone) {
               ElementsAre(QStringLiteral("[SCENE] wrote ") + path(QStringLiteral("out.png"))));
 }
 
+TEST_F(EntryModesTest, ofAllModesTheFirstInOrderIsTaken) {
+  set("MORVO_SCAN", QStringLiteral("1"));
+  set("MORVO_DISABLE_CLI_PROBES", QStringLiteral("1"));
+  set("MORVO_DISABLE_CAUT", QStringLiteral("1"));
+  const auto tagOfTaken = [this] {
+    m_lines.clear();
+    EXPECT_TRUE(take());
+    return m_lines.isEmpty() ? QString() : m_lines.first().section(u' ', 0, 0);
+  };
+  // Its lines bear no tag.
+  EXPECT_EQ(tagOfTaken(), QString());
+  set("MORVO_CONNECT_TEST", QStringLiteral("1"));
+  EXPECT_EQ(tagOfTaken(), QStringLiteral("[CONNECT]"));
+  set("MORVO_MENUBAR", pet + u':' + path(QStringLiteral("icons.png")));
+  EXPECT_EQ(tagOfTaken(), QStringLiteral("[MENUBAR]"));
+  set("MORVO_FRAMES", pet);
+  EXPECT_EQ(tagOfTaken(), QStringLiteral("[FRAMES]"));
+  set("MORVO_CODEX_LIMIT", QStringLiteral("1"));
+  EXPECT_EQ(tagOfTaken(), QStringLiteral("[CODEX]"));
+  set("MORVO_SCENE", QStringLiteral("calm:") + path(QStringLiteral("out.png")));
+  EXPECT_EQ(tagOfTaken(), QStringLiteral("[SCENE]"));
+}
+
 } // namespace
 } // namespace morvo

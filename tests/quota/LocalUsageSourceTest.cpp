@@ -72,6 +72,15 @@ TEST_F(LocalUsageSourceTest, TheLogsAndTheOfficialFiguresComeTogether) {
   EXPECT_EQ(snapshot.weekTokens, 12);
 }
 
+TEST_F(LocalUsageSourceTest, CautIsAskedWhereNobodyElseTells) {
+  hasClaude();
+  standIn(u"bin/claude"_s, u"exit 1"_s);
+  standIn(u"bin/caut"_s,
+          uR"(echo '[{"provider":"claude","plan":"p","usage":{"primary":{"usedPercent":9}}}]')"_s);
+  EXPECT_EQ(capture().agents.front().liveLimit,
+            (LiveRateLimit{.primaryPct = 9, .plan = u"p·caut"_s}));
+}
+
 TEST_F(LocalUsageSourceTest, TheLogsAreReadOffTheMainThread) {
   hasClaude();
   const auto thread = std::make_shared<Qt::HANDLE>(nullptr);

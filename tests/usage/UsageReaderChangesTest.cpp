@@ -1,5 +1,7 @@
 #include "base/RandomSource.h"
 #include "support/ManualClock.h"
+#include "usage/CodexUsageReader.h"
+#include "usage/GenericUsageReader.h"
 #include "usage/LogTree.h"
 #include "usage/UsageReader.h"
 
@@ -66,7 +68,10 @@ private:
     const QString time =
         QDateTime::fromMSecsSinceEpoch((m_clock->now() - age).time_since_epoch().count(), Qt::UTC)
             .toString(Qt::ISODate);
-    switch (m_random.below(4)) {
+    switch (m_random.below(5)) {
+    case 4:
+      return R"({"rate_limits":{"primary":{"used_percent":)" +
+             QByteArray::number(static_cast<qlonglong>(count)) + "}}}";
     case 0:
       return test::claudeReply(count, 1, time.toLatin1());
     case 1:
@@ -123,6 +128,29 @@ TEST_P(UsageReaderChanges, WhatIsRememberedIsWhatAFirstReadingFinds) {
     ASSERT_EQ(remembering.claudeEvents(week), claude) << "round " << i;
     ASSERT_EQ(remembering.codexEvents(week), codex) << "round " << i;
     found += claude.size() + codex.size();
+  }
+  EXPECT_GT(found, std::size_t{rounds});
+}
+
+TEST_P(UsageReaderChanges, SoItIsOfSumsAndOfRateLimits) {
+  const test::LogTree tree;
+  test::ManualClock clock;
+  Changes changes(tree, clock, static_cast<std::uint64_t>(GetParam()));
+  GenericUsageReader remembering(tree.home(), clock);
+  CodexUsageReader rememberingLimits(tree.home());
+  std::size_t found = 0;
+  for (int i = 0; i < rounds; ++i) {
+    changes.next();
+    // To this reader the logs of any agent are lines with counts.
+    for (const QString &folder : {QStringLiteral(".claude"), QStringLiteral(".codex")}) {
+      GenericUsageReader fresh(tree.home(), clock);
+      const auto events = fresh.events(folder, week, QStringLiteral("gpt-5"));
+      ASSERT_EQ(remembering.events(folder, week, QStringLiteral("gpt-5")), events) << "round " << i;
+      found += events.size();
+    }
+    const auto limit = CodexUsageReader(tree.home()).latest();
+    ASSERT_EQ(rememberingLimits.latest(), limit) << "round " << i;
+    found += limit ? 1 : 0;
   }
   EXPECT_GT(found, std::size_t{rounds});
 }
