@@ -3,6 +3,7 @@
 #include "companion/LinePackStore.h"
 #include "companion/Personas.h"
 #include "companion/PetProfileStore.h"
+#include "pet/FrameSetName.h"
 #include "platform/SettingKeys.h"
 #include "voice/VoiceProfileStore.h"
 
@@ -18,12 +19,11 @@ constexpr double mostNeed = 100;
 constexpr int smallTalk = 0;
 /// Petting more often than this keeps the pet silent.
 constexpr auto petTalkInterval = std::chrono::seconds(6);
-const QString idleFrameSet = QStringLiteral("idle");
 
 void raise(double &need, double by) { need = std::min(need + by, mostNeed); }
 
 bool isPlayable(const PetMenuAction &action) { return action.hasFrames; }
-bool isNotIdle(const PetMenuAction &action) { return action.frameSet != idleFrameSet; }
+bool isNotIdle(const PetMenuAction &action) { return action.frameSet != FrameSetName::idle; }
 
 } // namespace
 
@@ -79,8 +79,8 @@ void PetStore::playRandomPetAction() {
 
 void PetStore::petTapped() {
   const bool played =
-      playPetAction({QStringLiteral("petted"), QStringLiteral("greet"), QStringLiteral("celebrate"),
-                     QStringLiteral("watching"), QStringLiteral("alert")});
+      playPetAction({FrameSetName::petted, FrameSetName::greet, FrameSetName::celebrate,
+                     FrameSetName::watching, FrameSetName::alert});
   m_parts.body.emitHearts();
   Needs needs = m_needs;
   raise(needs.affinity, 4);
@@ -112,8 +112,8 @@ void PetStore::feed() {
   raise(needs.affinity, 2);
   m_needs = needs;
   m_care.recordFeed();
-  const bool played = playPetAction({QStringLiteral("celebrate"), QStringLiteral("greet"),
-                                     QStringLiteral("petted"), QStringLiteral("alert")});
+  const bool played = playPetAction(
+      {FrameSetName::celebrate, FrameSetName::greet, FrameSetName::petted, FrameSetName::alert});
   m_parts.body.emitHearts();
   if (!played) {
     m_reply = QStringLiteral("吃饱啦");
@@ -139,13 +139,13 @@ void PetStore::refreshPetMoodOnly() {
 }
 
 void PetStore::setPetScale(double scale) {
-  const double clamped = std::clamp(scale, 0.8, 2.4);
+  const double clamped = Setting::petScaleLimits.take(scale);
   m_parts.setting.store().set(SettingKeys::petScale, clamped);
   m_petScale = clamped;
 }
 
 void PetStore::setPetOpacity(double opacity) {
-  const double clamped = std::clamp(opacity, 0.3, 1.0);
+  const double clamped = Setting::petOpacityLimits.take(opacity);
   m_parts.setting.store().set(SettingKeys::petOpacity, clamped);
   m_petOpacity = clamped;
 }

@@ -1,5 +1,8 @@
 #include "pet/BehaviorDirector.h"
 
+#include "pet/ActionTags.h"
+#include "pet/FrameSetName.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -132,15 +135,11 @@ std::vector<PetPack::Action> candidates(const std::optional<PetPack> &pack,
 }
 
 bool isSignalAction(const PetPack::Action &action) {
-  static const QStringList signalTags{QStringLiteral("agent_done"), QStringLiteral("needs_input"),
-                                      QStringLiteral("signature"), QStringLiteral("celebrate"),
-                                      QStringLiteral("alert")};
-  static const QStringList signalNames{QStringLiteral("celebrate"), QStringLiteral("alert")};
+  static const QStringList signalNames{FrameSetName::celebrate, FrameSetName::alert};
   if (action.tags.isEmpty()) {
     return signalNames.contains(action.id) || signalNames.contains(action.frameSet);
   }
-  return std::ranges::any_of(action.tags,
-                             [](const QString &tag) { return signalTags.contains(tag); });
+  return ActionTags::saySignal(action);
 }
 
 std::pair<double, double> cadence(const QString &mood) {

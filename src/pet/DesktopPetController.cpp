@@ -18,7 +18,6 @@ namespace {
 
 constexpr QSizeF desktopStage(200, 200);
 constexpr QSizeF popoverStage(180, 180);
-constexpr double faintestSprite = 0.15;
 /// Growth for each pixel of scrolling.
 constexpr double scalePerPixel = 0.003;
 /// A change of mode is visible at once.
@@ -60,7 +59,8 @@ DesktopPetController::DesktopPetController(const Ground &ground)
                      .stroll = [this] { strollRandom(); },
                      .comeHere = [this] { comeHere(); },
                      .hide = [this] { hide(); }}),
-      m_scale(ground.setting.petScale()), m_opacity(ground.setting.petOpacity()) {
+      m_scale(ground.setting.petScale()) {
+  m_scene.setOpacity(ground.setting.petOpacity());
   m_scene.setStrollHandler([this] { strollRandom(); });
   m_screens->onChanged([this] { recoverIfUnreachable(); });
 }
@@ -167,10 +167,8 @@ void DesktopPetController::setScale(double scale) {
 }
 
 void DesktopPetController::setOpacity(double opacity) {
-  m_opacity = std::clamp(opacity, faintestSprite, 1.0);
-  m_scene.setOpacity(m_opacity);
+  m_scene.setOpacity(opacity);
   if (m_window) {
-    m_window->setSpriteOpacity(m_opacity);
     m_window->wake();
   }
 }
@@ -187,7 +185,6 @@ void DesktopPetController::show() {
   useTheme();
   m_scene.present();
   m_window.reset(new DesktopPetWindow({m_scene, *m_windows, *m_clock, *m_scheduler}, *this));
-  setOpacity(m_opacity);
   refreshLook();
   const QRect place = defaultPlace(PanelGeometry::panelSize(m_scale));
   m_window->showAt(place, PanelGeometry::spriteSide(m_scale));

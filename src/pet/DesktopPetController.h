@@ -136,7 +136,6 @@ private:
   QPointer<QWindow> m_above;
   QString m_bubble;
   double m_scale;
-  double m_opacity;
 };
 
 } // namespace morvo

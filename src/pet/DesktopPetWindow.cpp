@@ -246,8 +246,7 @@ void DesktopPetWindow::updateRegions(bool whole) {
   if (image == nullptr) {
     return;
   }
-  const int alpha =
-      std::max(1, static_cast<int>(std::lround(inkAlpha * std::clamp(m_spriteOpacity, 0.0, 1.0))));
+  const int alpha = std::max(1, static_cast<int>(std::lround(inkAlpha * m_ground.scene.opacity())));
   QRegion bubble;
   if (!m_bubble.present().isEmpty()) {
     bubble = m_bubble.present().placeIn(bubbleArea());

@@ -52,8 +52,6 @@ public:
   void wake();
   /// Calls `handler` once, after the next picture.
   void onNextDrawing(std::function<void()> handler) { m_onNextDrawing = std::move(handler); }
-  /// Opacity of the sprite, 0 to 1, by which its pixels are judged empty.
-  void setSpriteOpacity(double opacity) { m_spriteOpacity = opacity; }
   void setBubble(const QString &text, const BubbleLook &look);
 
   [[nodiscard]] const QString &bubbleText() const { return m_bubbleText; }
@@ -90,7 +88,6 @@ private:
   BubbleLook m_bubbleLook;
   QRect m_place;
   int m_spriteSide = 0;
-  double m_spriteOpacity = 1;
   Scheduler::Timer m_timer;
   Instant m_nextTick;
   std::uint64_t m_drawnRevision = 0;

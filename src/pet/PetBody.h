@@ -25,7 +25,7 @@ public:
   virtual void setQuietMode(bool quiet) = 0;
   /// The speech bubble; an empty text takes it away.
   virtual void setBubble(const QString &text) = 0;
-  /// Size factor, 0.8 to 2.4.
+  /// Size factor.
   virtual void setScale(double scale) = 0;
   /// Opacity of the sprite; the bubble stays readable.
   virtual void setOpacity(double opacity) = 0;

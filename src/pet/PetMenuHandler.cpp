@@ -1,5 +1,7 @@
 #include "pet/PetMenuHandler.h"
 
+#include "pet/FrameSetName.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -12,7 +14,6 @@ using Entry = ContextMenu::Entry;
 constexpr double scaleStep = 0.2;
 const QString presentMode = QStringLiteral("  ✓");
 const QString presentPet = QStringLiteral(" ✓");
-const QString idleFrameSet = QStringLiteral("idle");
 
 Entry hint(const QString &text) { return {.title = text}; }
 
@@ -22,7 +23,7 @@ QString titleOf(const PetMenuAction &action) {
   if (!action.hasFrames) {
     return action.label + QStringLiteral("（未生成）");
   }
-  if (action.frameSet == idleFrameSet) {
+  if (action.frameSet == FrameSetName::idle) {
     return action.label + QStringLiteral("（待机）");
   }
   return action.isLoop ? action.label + QStringLiteral("（循环）") : action.label;

@@ -1,6 +1,7 @@
 #include "pet/PetPack.h"
 
 #include "base/Json.h"
+#include "pet/FrameSetName.h"
 
 #include <QJsonArray>
 
@@ -53,8 +54,6 @@ std::optional<Kind> kindNamed(const Table &names, const QString &name) {
   const auto *found = std::ranges::find(names, name, &Table::value_type::second);
   return found == names.end() ? std::nullopt : std::optional(found->first);
 }
-
-const QString idleAction = QStringLiteral("idle");
 
 // One value of each type, or nothing when the value is of another type.
 
@@ -284,7 +283,7 @@ QString PetPack::frameSet(const QString &actionName) const {
 
 QString PetPack::loopAction(const QString &mood) const {
   const auto rule = std::ranges::find(loops, mood, &LoopRule::mood);
-  return frameSet(rule != loops.end() ? rule->action : idleAction);
+  return frameSet(rule != loops.end() ? rule->action : FrameSetName::idle);
 }
 
 bool PetPack::hasLoopRule(const QString &mood) const {

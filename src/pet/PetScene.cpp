@@ -1,6 +1,7 @@
 #include "pet/PetScene.h"
 
 #include "base/Diagnostics.h"
+#include "pet/FrameSetName.h"
 #include "pet/MorvoView.h"
 #include "pet/NaturalOrder.h"
 #include "pet/PetPackStore.h"
@@ -14,7 +15,8 @@
 namespace morvo {
 namespace {
 
-const QString idle = QStringLiteral("idle");
+using FrameSetName::idle;
+
 const QString calm = QStringLiteral("calm");
 const QString diagnosticsTag = QStringLiteral("PET");
 
@@ -34,15 +36,14 @@ constexpr QPointF feet(0.5, 0);
 
 constexpr double squashedScale = 0.9;
 constexpr double squashSeconds = 0.5;
-constexpr double leastOpacity = 0.15;
 constexpr double fallbackScale = 2;
 /// Seconds; a day of a pet's life is worked out in no time, a thousand years are not.
 constexpr double longestUpdate = 24.0 * 3600;
 
 /// Loops that need no pack to say so.
 bool loopsByName(const QString &state) {
-  static const QStringList names{idle, QStringLiteral("sleep"), QStringLiteral("code"),
-                                 QStringLiteral("watching"), QStringLiteral("monitor")};
+  static const QStringList names{idle, FrameSetName::sleep, FrameSetName::code,
+                                 FrameSetName::watching, QStringLiteral("monitor")};
   return names.contains(state);
 }
 
@@ -324,7 +325,7 @@ QSet<QString> PetScene::availableFrameSetsNow() {
 }
 
 void PetScene::setOpacity(double opacity) {
-  m_opacity = std::clamp(opacity, leastOpacity, 1.0);
+  m_opacity = std::clamp(opacity, faintest, 1.0);
   if (m_pet) {
     m_pet->setAlpha(m_opacity);
   }

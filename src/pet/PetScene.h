@@ -95,8 +95,11 @@ public:
   /// What the pet did last of its own accord: a gesture, a frame set, or "stroll".
   [[nodiscard]] const std::optional<QString> &lastAutonomous() const { return m_lastAutonomous; }
 
-  /// Opacity of the sprite, taken from 0.15 to 1.
+  /// Opacity of the sprite, kept between `faintest` and 1.
   void setOpacity(double opacity);
+  [[nodiscard]] double opacity() const { return m_opacity; }
+  /// A pet that is fainter could not be found again.
+  static constexpr double faintest = 0.15;
 
   [[nodiscard]] QSizeF size() const { return m_size; }
   /// A size of its own for each view; the pet is fitted anew and put at rest.

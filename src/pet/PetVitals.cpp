@@ -1,15 +1,14 @@
 #include "pet/PetVitals.h"
 
+#include "pet/ActionTags.h"
+#include "pet/FrameSetName.h"
+
 #include <algorithm>
 
 namespace morvo::PetVitals {
 namespace {
 
-const QString idle = QStringLiteral("idle");
-
-bool tagsContainAny(const PetPack::Action &action, const QStringList &tags) {
-  return std::ranges::any_of(tags, [&](const QString &tag) { return action.tags.contains(tag); });
-}
+using FrameSetName::idle;
 
 /// Moods in which resting in "idle" would look wrong even when the pack says so.
 bool refusesIdle(const QString &mood) {
@@ -21,9 +20,8 @@ bool refusesIdle(const QString &mood) {
 } // namespace
 
 bool isOneshotOnlyFrameSet(const QString &name) {
-  static const QStringList names{QStringLiteral("greet"), QStringLiteral("celebrate"),
-                                 QStringLiteral("petted"), QStringLiteral("slap"),
-                                 QStringLiteral("roll")};
+  static const QStringList names{FrameSetName::greet, FrameSetName::celebrate, FrameSetName::petted,
+                                 QStringLiteral("slap"), QStringLiteral("roll")};
   return names.contains(name);
 }
 
@@ -37,23 +35,19 @@ bool isOneshotOnlyFrameSet(const QString &name, const std::optional<PetPack> &pa
   if (action == pack->actions.end()) {
     return isOneshotOnlyFrameSet(name);
   }
-  static const QStringList onceTags{QStringLiteral("oneshot"),    QStringLiteral("signature"),
-                                    QStringLiteral("agent_done"), QStringLiteral("needs_input"),
-                                    QStringLiteral("celebrate"),  QStringLiteral("alert")};
-  static const QStringList restTags{QStringLiteral("loop"), QStringLiteral("idle"),
-                                    QStringLiteral("sleep"), QStringLiteral("low_energy")};
-  if (tagsContainAny(*action, onceTags)) {
+  if (ActionTags::sayOnce(*action)) {
     return true;
   }
-  if (action->loop || tagsContainAny(*action, restTags)) {
-    return false;
-  }
-  return isOneshotOnlyFrameSet(name);
+  return !restsByNature(*action) && isOneshotOnlyFrameSet(name);
+}
+
+bool restsByNature(const PetPack::Action &action) {
+  return action.loop || ActionTags::sayResting(action);
 }
 
 QStringList preferredLoopCandidates(const QString &mood) {
-  static const QString sleep = QStringLiteral("sleep");
-  static const QString watching = QStringLiteral("watching");
+  using FrameSetName::sleep;
+  using FrameSetName::watching;
   static const QStringList drowsy{QStringLiteral("sleepy"), QStringLiteral("dreamy")};
   static const QStringList awake{QStringLiteral("lonely"), QStringLiteral("happy"),
                                  QStringLiteral("hype"), QStringLiteral("calm"),

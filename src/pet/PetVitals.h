@@ -14,6 +14,9 @@ namespace morvo::PetVitals {
 /// The same, as the tags of the pack's action say; by the name alone without such an action.
 [[nodiscard]] bool isOneshotOnlyFrameSet(const QString &name, const std::optional<PetPack> &pack);
 
+/// Whether the action is a loop, or tagged as one to rest in.
+[[nodiscard]] bool restsByNature(const PetPack::Action &action);
+
 /// Frame sets that suit this mood as a resting loop, the best first; never empty.
 [[nodiscard]] QStringList preferredLoopCandidates(const QString &mood);
 

@@ -144,10 +144,10 @@ double Setting::petOpacity() const {
   if (const auto forced = environmentNumber(QStringLiteral("MORVO_PETOPACITY"))) {
     return *forced;
   }
-  return std::clamp(dbl(SettingKeys::petOpacity, 1.0), 0.3, 1.0);
+  return petOpacityLimits.take(dbl(SettingKeys::petOpacity, 1.0));
 }
 
-double Setting::petScale() const { return std::clamp(dbl(SettingKeys::petScale, 1.4), 0.8, 2.4); }
+double Setting::petScale() const { return petScaleLimits.take(dbl(SettingKeys::petScale, 1.4)); }
 
 double Setting::bubbleDwell() const {
   return std::clamp(dbl(SettingKeys::bubbleDwell, 6), 2.0, 20.0);

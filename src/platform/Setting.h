@@ -3,6 +3,8 @@
 #include "base/Environment.h"
 #include "platform/SettingsStore.h"
 
+#include <algorithm>
+
 namespace morvo {
 
 /// Typed reads of the settings store, with the default given at the call. Nothing is cached.
@@ -19,6 +21,16 @@ namespace morvo {
 /// - `str`: a text as it is; a number as its decimal text; anything else as the default.
 class Setting {
 public:
+  /// What a number is taken into.
+  struct Limits {
+    double least;
+    double most;
+
+    [[nodiscard]] double take(double number) const { return std::clamp(number, least, most); }
+  };
+  static constexpr Limits petOpacityLimits{0.3, 1};
+  static constexpr Limits petScaleLimits{0.8, 2.4};
+
   Setting(SettingsStore &store, Environment environment);
 
   [[nodiscard]] double dbl(const QString &key, double fallback) const;
@@ -28,9 +40,9 @@ public:
 
   /// Factor on all text sizes, 0.85 to 1.4; a number in `MORVO_FONTSCALE` is taken as it is.
   [[nodiscard]] double fontScale() const;
-  /// Opacity of the pet, 0.3 to 1; a number in `MORVO_PETOPACITY` is taken as it is.
+  /// Opacity of the pet, within its limits; a number in `MORVO_PETOPACITY` is taken as it is.
   [[nodiscard]] double petOpacity() const;
-  /// Size factor of the desktop pet, 0.8 to 2.4.
+  /// Size factor of the desktop pet, within its limits.
   [[nodiscard]] double petScale() const;
   /// How long the speech bubble stands, in seconds, 2 to 20.
   [[nodiscard]] double bubbleDwell() const;
