@@ -3,20 +3,23 @@
 #include "pet/AlphaBounds.h"
 #include "pet/ContentFile.h"
 #include "pet/FrameFile.h"
+#include "pet/FrameSetName.h"
 #include "pet/NaturalOrder.h"
 #include "pet/PetPackStore.h"
+#include "pet/PetVitals.h"
 
 #include <QDir>
-#include <QFileInfo>
+#include <QDirIterator>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace morvo {
 namespace {
 
 const QString defaultPersona = QStringLiteral("morvo");
-const QString idle = QStringLiteral("idle");
+using FrameSetName::idle;
 const QString pngSuffix = QStringLiteral(".png");
 const QRectF wholeFrame(0, 0, 1, 1);
 
@@ -29,16 +32,8 @@ constexpr double contentMargin = 0.08;
 
 /// The states that a built-in pet is expected to have.
 QStringList builtInStates() {
-  return {QStringLiteral("alert"), QStringLiteral("celebrate"), QStringLiteral("greet"), idle,
-          QStringLiteral("sleep")};
-}
-
-bool restsByNature(const PetPack::Action &action) {
-  static const QStringList restTags{QStringLiteral("loop"), idle, QStringLiteral("sleep"),
-                                    QStringLiteral("low_energy")};
-  return action.loop || std::ranges::any_of(restTags, [&](const QString &tag) {
-           return action.tags.contains(tag);
-         });
+  return {FrameSetName::alert, FrameSetName::celebrate, FrameSetName::greet, idle,
+          FrameSetName::sleep};
 }
 
 /// The pack's frame sets that could stand in for a missing "idle", the best first.
@@ -48,12 +43,51 @@ QStringList restingFrameSets(const PetPack &pack) {
     names.append(pack.frameSet(rule.action));
   }
   for (const auto &action : pack.actions) {
-    if (restsByNature(action)) {
+    if (PetVitals::restsByNature(action)) {
       names.append(action.frameSet);
     }
   }
   names.removeDuplicates();
   return names;
+}
+
+constexpr qsizetype all = std::numeric_limits<qsizetype>::max();
+
+bool acceptAny(const QFileInfo & /*file*/) { return true; }
+
+/// At most so many of the folder's PNG files that are accepted, in no order. Reads no further than
+/// the last of them: a folder can be long, and may be asked about at each decision of the pet.
+template <typename Accept>
+QStringList pngsIn(const QString &directory, const Accept &accept, qsizetype most) {
+  QStringList files;
+  QDirIterator entries(directory, QDir::Files);
+  while (files.size() < most && entries.hasNext()) {
+    const QString file = entries.next();
+    if (file.endsWith(pngSuffix) && accept(entries.fileInfo())) {
+      files.append(file);
+    }
+  }
+  return files;
+}
+
+/// The same for a state in the user's folder of a pet. No link leads out of that folder.
+template <typename Accept>
+QStringList userPNGsIn(const PetFiles &files, const QString &personaId, const QString &state,
+                       const Accept &accept, qsizetype most) {
+  const QString petFolder = files.userDirectory(personaId);
+  const QString folder = petFolder + u'/' + state;
+  if (!PetFiles::isPlainName(personaId) || !PetFiles::isPlainName(state) ||
+      !PetFiles::staysIn(petFolder, folder)) {
+    return {};
+  }
+  const auto isInside = [&](const QFileInfo &file) {
+    return (!file.isSymLink() || PetFiles::staysIn(petFolder, file.filePath())) && accept(file);
+  };
+  return pngsIn(folder, isInside, most);
+}
+
+std::optional<QStringList> unlessEmpty(QStringList files) {
+  return files.isEmpty() ? std::nullopt : std::optional(std::move(files));
 }
 
 /// The part of a frame from its top left corner, given it from its bottom left.
@@ -78,35 +112,17 @@ QString MorvoSprites::diskDir(const QString &state) const {
 }
 
 std::optional<QStringList> MorvoSprites::diskPNGs(const QString &directory) {
-  QStringList files;
-  const QDir folder(directory);
-  for (const QString &name : folder.entryList(QDir::Files, QDir::NoSort)) {
-    if (name.endsWith(pngSuffix)) {
-      files.append(folder.filePath(name));
-    }
-  }
-  return files.isEmpty() ? std::nullopt : std::optional(files);
+  return unlessEmpty(pngsIn(directory, acceptAny, all));
 }
 
 std::optional<QStringList> MorvoSprites::userPNGs(const PetFiles &files, const QString &personaId,
                                                   const QString &state) {
-  const QString petFolder = files.userDirectory(personaId);
-  const QString folder = petFolder + u'/' + state;
-  if (!PetFiles::isPlainName(personaId) || !PetFiles::isPlainName(state) ||
-      !PetFiles::staysIn(petFolder, folder)) {
-    return std::nullopt;
-  }
-  auto found = diskPNGs(folder);
-  if (found) {
-    found->removeIf([&petFolder](const QString &file) {
-      return QFileInfo(file).isSymLink() && !PetFiles::staysIn(petFolder, file);
-    });
-  }
-  return found && !found->isEmpty() ? found : std::nullopt;
+  return unlessEmpty(userPNGsIn(files, personaId, state, acceptAny, all));
 }
 
-std::optional<QStringList> MorvoSprites::statePNGs(const QString &state) const {
-  return userPNGs(m_files, m_persona, state);
+bool MorvoSprites::hasUserPNGs(const PetFiles &files, const QString &personaId,
+                               const QString &state) {
+  return !userPNGsIn(files, personaId, state, acceptAny, 1).isEmpty();
 }
 
 QStringList MorvoSprites::diskStates() const {
@@ -114,7 +130,7 @@ QStringList MorvoSprites::diskStates() const {
     return {};
   }
   QStringList states = QDir(diskDir({})).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort);
-  states.removeIf([this](const QString &state) { return !statePNGs(state); });
+  states.removeIf([this](const QString &state) { return !hasUserPNGs(m_files, m_persona, state); });
   states.sort();
   return states;
 }
@@ -126,31 +142,40 @@ QStringList MorvoSprites::availableStateNames() const {
   return states.isEmpty() ? builtInStates() : states;
 }
 
-std::optional<QStringList> MorvoSprites::anyAvailableState() const {
+std::optional<QString> MorvoSprites::restingState() const {
   const auto pack = PetPackStore::load(m_files, m_persona);
   QStringList states = pack ? restingFrameSets(*pack) : QStringList();
   states.append(diskStates());
-  for (const QString &state : std::as_const(states)) {
-    if (auto files = statePNGs(state)) {
-      return files;
-    }
-  }
-  return std::nullopt;
+  const auto found = std::ranges::find_if(
+      states, [this](const QString &state) { return hasUserPNGs(m_files, m_persona, state); });
+  return found == states.end() ? std::nullopt : std::optional(*found);
 }
 
-QStringList MorvoSprites::sequenceURLs(const QString &state) const {
+std::optional<QStringList> MorvoSprites::anyAvailableState() const {
+  const auto state = restingState();
+  return state ? userPNGs(m_files, m_persona, *state) : std::nullopt;
+}
+
+std::optional<QString> MorvoSprites::userState(const QString &state) const {
+  if (hasUserPNGs(m_files, m_persona, state)) {
+    return state;
+  }
+  return state == idle && m_persona != defaultPersona ? restingState() : std::nullopt;
+}
+
+QStringList MorvoSprites::sequence(const QString &state, const AcceptFile &accept,
+                                   qsizetype most) const {
   if (!PetFiles::isPlainName(m_persona) || !PetFiles::isPlainName(state)) {
     return {};
   }
-  if (auto files = statePNGs(state)) {
-    return *files;
+  if (const auto users = userState(state)) {
+    return userPNGsIn(m_files, m_persona, *users, accept, most);
   }
-  if (state == idle && m_persona != defaultPersona) {
-    if (auto files = anyAvailableState()) {
-      return *files;
-    }
-  }
-  return diskPNGs(m_files.resourceDirectory(m_persona) + u'/' + state).value_or(QStringList());
+  return pngsIn(m_files.resourceDirectory(m_persona) + u'/' + state, accept, most);
+}
+
+QStringList MorvoSprites::sequenceURLs(const QString &state) const {
+  return sequence(state, acceptAny, all);
 }
 
 std::optional<QString> MorvoSprites::singleURL(const QString &state) const {
@@ -225,18 +250,15 @@ int MorvoSprites::countUpToTwo(const QString &state) {
   if (known != m_counts.constEnd()) {
     return *known;
   }
-  int count = 0;
-  QStringList files = sequenceURLs(state);
-  if (files.isEmpty()) {
-    files = orderedFiles(state);
+  const auto isFrame = [](const QFileInfo &file) {
+    return FrameFile::probe(file.filePath()).has_value();
+  };
+  auto count = sequence(state, isFrame, 2).size();
+  if (count == 0 && sequence(state, acceptAny, 1).isEmpty()) {
+    const auto single = singleURL(state);
+    count = single && isFrame(QFileInfo(*single)) ? 1 : 0;
   }
-  for (const QString &file : std::as_const(files)) {
-    if (FrameFile::probe(file) && ++count == 2) {
-      break;
-    }
-  }
-  m_counts.insert(state, count);
-  return count;
+  return *m_counts.insert(state, static_cast<int>(count));
 }
 
 QRectF MorvoSprites::unionOfContents() const {

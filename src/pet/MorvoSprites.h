@@ -3,8 +3,10 @@
 #include "pet/PetFiles.h"
 #include "pet/stage/SpriteFrame.h"
 
+#include <QFileInfo>
 #include <QHash>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -54,6 +56,9 @@ public:
   /// leads out of the pet's folder.
   [[nodiscard]] static std::optional<QStringList>
   userPNGs(const PetFiles &files, const QString &personaId, const QString &state);
+  /// Whether there are any; reads no further than the first.
+  [[nodiscard]] static bool hasUserPNGs(const PetFiles &files, const QString &personaId,
+                                        const QString &state);
   /// The files of a state, in no order.
   [[nodiscard]] QStringList sequenceURLs(const QString &state) const;
   /// The one picture that serves a state without a folder.
@@ -62,9 +67,17 @@ public:
   [[nodiscard]] static QStringList sortFrameURLs(const QStringList &files);
 
 private:
+  using AcceptFile = std::function<bool(const QFileInfo &file)>;
+
   [[nodiscard]] int countUpToTwo(const QString &state);
   [[nodiscard]] QStringList orderedFiles(const QString &state) const;
-  [[nodiscard]] std::optional<QStringList> statePNGs(const QString &state) const;
+  /// At most so many of the files of a state that are accepted, in no order.
+  [[nodiscard]] QStringList sequence(const QString &state, const AcceptFile &accept,
+                                     qsizetype most) const;
+  /// The user's frame set that plays for a state.
+  [[nodiscard]] std::optional<QString> userState(const QString &state) const;
+  /// The user's frame set that stands in for a missing "idle".
+  [[nodiscard]] std::optional<QString> restingState() const;
   [[nodiscard]] QRectF unionOfContents() const;
   [[nodiscard]] QStringList diskStates() const;
 
