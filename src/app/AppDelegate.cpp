@@ -142,10 +142,14 @@ void AppDelegate::showPopoverAt(const std::optional<QPoint> &click) {
 void AppDelegate::applyAppearance() const { m_parts.applyAppearance(); }
 
 void AppDelegate::loadFrames(const QString &personaId) {
-  m_frames = m_parts.idleFrames(personaId);
-  if (m_frames.empty() && personaId != defaultPet) {
-    m_frames = m_parts.idleFrames(defaultPet);
+  auto frames = m_parts.idleFrames(personaId);
+  if (frames && frames->empty() && personaId != defaultPet) {
+    frames = m_parts.idleFrames(defaultPet);
   }
+  if (!frames) {
+    return;
+  }
+  m_frames = *std::move(frames);
   m_dottedFrames.clear();
   std::ranges::transform(m_frames, std::back_inserter(m_dottedFrames), MenubarIcon::overlayDot);
   m_iconPersonaId = personaId;

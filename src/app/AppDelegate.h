@@ -11,6 +11,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace morvo {
@@ -31,8 +32,9 @@ public:
     std::function<std::unique_ptr<PanelHost>(PetStore &)> makePopover;
     /// The id of the pet in play.
     std::function<QString()> personaInPlay;
-    /// The tray's idle frames of a persona; empty when it has none.
-    std::function<std::vector<QIcon>(const QString &personaId)> idleFrames;
+    /// The tray's idle frames of a persona; empty when it has none, nothing while they are being
+    /// made: then they are asked for again, and the tray shows what it has.
+    std::function<std::optional<std::vector<QIcon>>(const QString &personaId)> idleFrames;
     /// Makes the whole application look as the settings say.
     std::function<void()> applyAppearance;
     /// Looks for an update, as the launch does; may be missing.

@@ -4,6 +4,7 @@
 #include "app/EntryModes.h"
 #include "app/LocalUsage.h"
 #include "app/PanelWindow.h"
+#include "app/TrayFrames.h"
 #include "base/Diagnostics.h"
 #include "base/QtScheduler.h"
 #include "base/SystemFileLayer.h"
@@ -12,7 +13,6 @@
 #include "monitor/Inbox.h"
 #include "monitor/LocalFleet.h"
 #include "pet/DesktopPetController.h"
-#include "pet/MenubarFrames.h"
 #include "platform/MorvoHome.h"
 #include "platform/linux/DesktopNotifications.h"
 #include "platform/linux/HomeFolders.h"
@@ -54,9 +54,6 @@ const QString usage =
                    "  quit                 退出正在运行的 MorvoBar\n"
                    "\n"
                    "connect、disconnect、status 可加 --json。\n");
-
-/// In points; the tray scales it for the screen.
-constexpr int trayIconSize = 18;
 
 constexpr int success = 0;
 constexpr int failure = 1;
@@ -103,14 +100,14 @@ public:
                   m_scheduler, {}),
         m_notifications(QDBusConnection::sessionBus()), m_notifier(m_setting, m_notifications),
         m_trayPresence(QDBusConnection::sessionBus()), m_tray(m_trayPresence),
-        m_menubarFrames(m_files), m_pet({.files = m_files,
-                                         .setting = m_setting,
-                                         .windows = m_windows,
-                                         .screens = m_screens,
-                                         .menu = m_menu,
-                                         .clock = m_clock,
-                                         .scheduler = m_scheduler,
-                                         .random = m_random}),
+        m_trayFrames(m_files, m_workers), m_pet({.files = m_files,
+                                                 .setting = m_setting,
+                                                 .windows = m_windows,
+                                                 .screens = m_screens,
+                                                 .menu = m_menu,
+                                                 .clock = m_clock,
+                                                 .scheduler = m_scheduler,
+                                                 .random = m_random}),
         m_delegate(delegateParts()) {
     m_notifications.onActivated([this] { m_delegate.showPopover(); });
     m_delegate.applicationDidFinishLaunching();
@@ -139,7 +136,7 @@ private:
                       .source = QUrl(PanelWindow::mainPanel)});
                 },
             .personaInPlay = [this] { return m_pet.personaInPlay(); },
-            .idleFrames = [this](const QString &id) { return idleFrames(id); },
+            .idleFrames = [this](const QString &id) { return m_trayFrames.idle(id); },
             .applyAppearance =
                 [this] {
                   AppearancePalettes::apply(AppearanceController::wanted(m_setting));
@@ -180,14 +177,6 @@ private:
     return store;
   }
 
-  [[nodiscard]] std::vector<QIcon> idleFrames(const QString &personaId) {
-    std::vector<QIcon> icons;
-    std::ranges::transform(m_menubarFrames.idle(personaId, trayIconSize, qApp->devicePixelRatio()),
-                           std::back_inserter(icons),
-                           [](const QImage &image) { return QIcon(QPixmap::fromImage(image)); });
-    return icons;
-  }
-
   Surroundings *m_surroundings;
   SystemClock m_clock;
   QtScheduler m_scheduler;
@@ -207,7 +196,7 @@ private:
   X11WindowSystem m_windows;
   QtScreens m_screens;
   QtContextMenu m_menu;
-  MenubarFrames m_menubarFrames;
+  TrayFrames m_trayFrames;
   DesktopPetController m_pet;
   /// No door is served yet.
   PanelEntries m_panelEntries{{}};

@@ -2,18 +2,19 @@
 
 #include "pet/AlphaBounds.h"
 #include "pet/FrameFile.h"
+#include "pet/FrameSetName.h"
 #include "pet/MorvoSprites.h"
 
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace morvo {
 namespace {
 
-const QString idleState = QStringLiteral("idle");
 constexpr int contentScanSide = 100;
 constexpr int gridCells = 13;
 /// Long sequences are thinned to about this many icons.
@@ -83,13 +84,13 @@ QImage decoded(const SpriteFrame &frame) {
 MenubarFrames::MenubarFrames(PetFiles files) : m_files(std::move(files)) {}
 
 QStringList MenubarFrames::frameURLs(const QString &personaId) const {
-  if (const auto files = MorvoSprites::userPNGs(m_files, personaId, idleState)) {
+  if (const auto files = MorvoSprites::userPNGs(m_files, personaId, FrameSetName::idle)) {
     return MorvoSprites::sortFrameURLs(*files);
   }
   if (!PetFiles::isPlainName(personaId)) {
     return {};
   }
-  const QString builtIn = m_files.resourceDirectory(personaId) + u'/' + idleState;
+  const QString builtIn = m_files.resourceDirectory(personaId) + u'/' + FrameSetName::idle;
   return MorvoSprites::sortFrameURLs(MorvoSprites::diskPNGs(builtIn).value_or(QStringList()));
 }
 
@@ -98,24 +99,30 @@ qsizetype MenubarFrames::step(qsizetype count) {
 }
 
 std::vector<QImage> MenubarFrames::idle(const QString &personaId, int px, double devicePixelRatio) {
+  auto icons = ready(personaId, px, devicePixelRatio);
+  return icons.empty() ? keep(personaId, cells(personaId), px, devicePixelRatio) : icons;
+}
+
+std::vector<QImage> MenubarFrames::ready(const QString &personaId, int px,
+                                         double devicePixelRatio) {
   const auto known = m_icons.constFind(personaId);
-  if (known != m_icons.constEnd()) {
-    return *known;
-  }
-  std::vector<QImage> icons = bakedCells(personaId);
-  if (icons.empty()) {
-    icons = cells(personaId);
-  }
-  for (QImage &icon : icons) {
-    icon = fit(icon, px, devicePixelRatio);
-  }
+  return known != m_icons.constEnd() ? *known
+                                     : keep(personaId, bakedCells(personaId), px, devicePixelRatio);
+}
+
+std::vector<QImage> MenubarFrames::keep(const QString &personaId, const std::vector<QImage> &cells,
+                                        int px, double devicePixelRatio) {
+  std::vector<QImage> icons;
+  std::ranges::transform(cells, std::back_inserter(icons),
+                         [&](const QImage &image) { return fit(image, px, devicePixelRatio); });
   if (!icons.empty()) {
     m_icons.insert(personaId, icons);
   }
   return icons;
 }
 
-std::vector<QImage> MenubarFrames::cells(const QString &personaId) const {
+std::vector<QImage> MenubarFrames::cells(const QString &personaId,
+                                         const std::stop_token &stop) const {
   const QStringList files = frameURLs(personaId);
   std::vector<SpriteFrame> frames;
   for (qsizetype index = 0; index < files.size(); index += step(files.size())) {
@@ -127,6 +134,9 @@ std::vector<QImage> MenubarFrames::cells(const QString &personaId) const {
   std::vector<QImage> images;
   std::optional<QRectF> bbox;
   for (const auto &frame : affordable(frames)) {
+    if (stop.stop_requested()) {
+      return {};
+    }
     // One at a time: what is kept of each is small.
     QImage image = decoded(frame);
     if (!image.isNull()) {
@@ -145,7 +155,8 @@ QString MenubarFrames::bakedFolder(const PetFiles &files, const QString &persona
 }
 
 std::vector<QImage> MenubarFrames::bakedCells(const QString &personaId) const {
-  if (!PetFiles::isPlainName(personaId) || MorvoSprites::userPNGs(m_files, personaId, idleState)) {
+  if (!PetFiles::isPlainName(personaId) ||
+      MorvoSprites::hasUserPNGs(m_files, personaId, FrameSetName::idle)) {
     return {};
   }
   const auto files = MorvoSprites::diskPNGs(bakedFolder(m_files, personaId));

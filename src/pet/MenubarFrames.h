@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QRectF>
 
+#include <stop_token>
 #include <vector>
 
 namespace morvo {
@@ -19,6 +20,12 @@ public:
   /// The icons of the persona's "idle", `px` points a side, for this device pixel ratio; empty when
   /// it has no frames. Icons once made are kept for good, whatever size is asked for later.
   [[nodiscard]] std::vector<QImage> idle(const QString &personaId, int px, double devicePixelRatio);
+  /// The same, empty where frames would have to be decoded for them.
+  [[nodiscard]] std::vector<QImage> ready(const QString &personaId, int px,
+                                          double devicePixelRatio);
+  /// Makes icons of cells, and keeps them.
+  std::vector<QImage> keep(const QString &personaId, const std::vector<QImage> &cells, int px,
+                           double devicePixelRatio);
 
   /// The files of the persona's "idle", in playing order.
   [[nodiscard]] QStringList frameURLs(const QString &personaId) const;
@@ -30,8 +37,10 @@ public:
                                          double devicePixelRatio);
 
   /// The icons' cells, one pixel each, made from the frames by decoding them. Frames that together
-  /// are too large to be decoded soon become fewer icons.
-  [[nodiscard]] std::vector<QImage> cells(const QString &personaId) const;
+  /// are too large to be decoded soon become fewer icons. Empty when asked to stop. On any thread
+  /// where the object is that thread's own; a copy will do.
+  [[nodiscard]] std::vector<QImage> cells(const QString &personaId,
+                                          const std::stop_token &stop = {}) const;
   /// Where the build leaves the cells of a built-in pet as 0.png, 1.png, …, so that no start of the
   /// program decodes the frames for them. Used while no "idle" of the user's takes its place.
   [[nodiscard]] static QString bakedFolder(const PetFiles &files, const QString &personaId);

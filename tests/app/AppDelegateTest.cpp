@@ -63,31 +63,31 @@ QColor colorAt(const QIcon &icon, int x, int y) {
 class AppDelegateTest : public test::StoreFixture {
 protected:
   void launch() {
-    m_delegate = std::make_unique<AppDelegate>(
-        AppDelegate::Parts{.setting = Setting(m_settings, Environment(m_environment)),
-                           .scheduler = m_scheduler,
-                           .statusItem = m_tray,
-                           .pet = m_body,
-                           .makeStore =
-                               [this] {
-                                 start();
-                                 return std::move(m_store);
-                               },
-                           .makePopover =
-                               [this](PetStore &) {
-                                 auto panel = std::make_unique<FakePanel>();
-                                 m_panel = panel.get();
-                                 return panel;
-                               },
-                           .personaInPlay = [this] { return m_persona; },
-                           .idleFrames =
-                               [this](const QString &id) {
-                                 ++m_looks;
-                                 return m_frames.value(id);
-                               },
-                           .applyAppearance = [this] { ++m_appearances; },
-                           .checkForUpdate = [this] { ++m_updateChecks; },
-                           .handleOpenUrl = [this](const QString &url) { m_urls.append(url); }});
+    m_delegate = std::make_unique<AppDelegate>(AppDelegate::Parts{
+        .setting = Setting(m_settings, Environment(m_environment)),
+        .scheduler = m_scheduler,
+        .statusItem = m_tray,
+        .pet = m_body,
+        .makeStore =
+            [this] {
+              start();
+              return std::move(m_store);
+            },
+        .makePopover =
+            [this](PetStore &) {
+              auto panel = std::make_unique<FakePanel>();
+              m_panel = panel.get();
+              return panel;
+            },
+        .personaInPlay = [this] { return m_persona; },
+        .idleFrames =
+            [this](const QString &id) {
+              ++m_looks;
+              return m_inTheMaking.contains(id) ? std::nullopt : std::optional(m_frames.value(id));
+            },
+        .applyAppearance = [this] { ++m_appearances; },
+        .checkForUpdate = [this] { ++m_updateChecks; },
+        .handleOpenUrl = [this](const QString &url) { m_urls.append(url); }});
     m_delegate->applicationDidFinishLaunching();
   }
 
@@ -96,6 +96,7 @@ protected:
   QString m_persona = QStringLiteral("morvo");
   QHash<QString, std::vector<QIcon>> m_frames{
       {QStringLiteral("morvo"), {plainIcon(Qt::blue), plainIcon(Qt::green), plainIcon(Qt::cyan)}}};
+  QStringList m_inTheMaking;
   int m_looks = 0;
   int m_appearances = 0;
   int m_updateChecks = 0;
@@ -169,6 +170,31 @@ TEST_F(AppDelegateTest, APersonaWithoutFramesShowsTheDefaultPets) {
   m_persona = QStringLiteral("custom-1");
   launch();
   EXPECT_EQ(colorAt(m_tray.icon, 9, 9), QColor(Qt::green));
+}
+
+TEST_F(AppDelegateTest, FramesThatAreBeingMadeReplaceTheOldOnesWhenTheyAreThere) {
+  m_frames.insert(QStringLiteral("custom-1"), {plainIcon(Qt::red), plainIcon(Qt::yellow)});
+  launch();
+  m_persona = QStringLiteral("custom-1");
+  m_inTheMaking = {QStringLiteral("custom-1")};
+  m_delegate->tickFrame();
+  EXPECT_EQ(m_delegate->frameIdx(), 2U);
+  EXPECT_EQ(colorAt(m_tray.icon, 4, 9), QColor(Qt::cyan));
+  m_delegate->tickFrame();
+  EXPECT_EQ(colorAt(m_tray.icon, 4, 9), QColor(Qt::blue));
+  m_inTheMaking.clear();
+  m_delegate->tickFrame();
+  EXPECT_EQ(m_delegate->frameIdx(), 1U);
+  EXPECT_EQ(colorAt(m_tray.icon, 4, 9), QColor(Qt::yellow));
+}
+
+TEST_F(AppDelegateTest, AMarkStandsInWhileTheFirstFramesAreBeingMade) {
+  m_inTheMaking = {QStringLiteral("morvo")};
+  launch();
+  EXPECT_FALSE(m_tray.icon.isNull());
+  m_inTheMaking.clear();
+  m_delegate->tickFrame();
+  EXPECT_EQ(colorAt(m_tray.icon, 4, 9), QColor(Qt::green));
 }
 
 TEST_F(AppDelegateTest, WithoutAnyFramesAMarkStandsIn) {
