@@ -375,6 +375,41 @@ INSTANTIATE_TEST_SUITE_P(
                     GestureRow{ProceduralGesture::stretch, 2.0, 0, 0, 1, 1},
                     GestureRow{ProceduralGesture::stretch, 2.0 + 3.4 * 0.45, 0, 0, 1, 1.016}));
 
+TEST_F(PetSceneBodyTest, aPetThatSwaysByItselfShowsTheGestureSwayInFull) {
+  frames(idle, 2);
+  present(R"({"motion":{"swayDegrees":1.4}})");
+  PetScene alone{{200, 200}, m_folder.files(), m_sprites, m_setting, m_clock, m_random};
+  alone.present();
+  // It begins within one half of the sway of 3.74 seconds and ends in the next.
+  pass(2.5);
+  m_scene.perform(ProceduralGesture::sway);
+  const auto passAsDrawn = [&](double time) {
+    for (const Instant end = m_clock.instant() + seconds(time); m_clock.instant() < end;) {
+      m_clock.advance(std::min(seconds(1.0 / 24), end - m_clock.instant()));
+      m_scene.advance(m_clock.instant());
+    }
+    alone.advance(m_clock.instant());
+    return degrees(m_scene.lifeNode()) - degrees(alone.lifeNode());
+  };
+  EXPECT_NEAR(passAsDrawn(0.8), 3, 1e-6);
+  EXPECT_NEAR(passAsDrawn(1.4), -3, 1e-6);
+  EXPECT_NEAR(passAsDrawn(0.7), 0, 1e-6);
+  EXPECT_NEAR(passAsDrawn(9), 0, 1e-9);
+}
+
+TEST_F(PetSceneBodyTest, aPetThatStandsUpWithinTheGestureSwayIsUprightAfterIt) {
+  frames(idle, 2);
+  present();
+  pass(1);
+  m_scene.perform(ProceduralGesture::sway);
+  pass(0.8);
+  m_scene.setMood(QStringLiteral("focused"));
+  pass(1.4);
+  EXPECT_NEAR(degrees(m_scene.lifeNode()), -3, 1e-6);
+  pass(0.7);
+  EXPECT_NEAR(degrees(m_scene.lifeNode()), 0, 1e-9);
+}
+
 TEST_F(PetSceneBodyTest, aSmallPetHopsAtLeastFourPoints) {
   frames(idle, 2, {100, 10});
   present();

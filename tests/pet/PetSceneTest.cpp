@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <iterator>
 #include <numbers>
 
 namespace morvo {
@@ -391,6 +393,46 @@ TEST_F(PetSceneTest, theCatalogueHoldsThePacksActionsAndTheOtherFrameSets) {
                           entry(QStringLiteral("stroll"), QStringLiteral("walk"),
                                 QStringLiteral("stroll"), false, false)));
   EXPECT_EQ(m_scene.availableFrameSetsNow(), (QSet<QString>{idle, b2, b10}));
+}
+
+TEST_F(PetSceneTest, heartsDriftUpFromPlacesOfTheirOwnInOneOfTwoColours) {
+  frames(idle, 1);
+  present();
+  QSet<QRgb> colors;
+  std::vector<double> places;
+  std::vector<double> drifts;
+  for (int round = 0; round < 40; ++round) {
+    m_scene.emitHearts();
+    const auto children = m_scene.root().children();
+    const std::vector<std::shared_ptr<Node>> hearts(children.begin() + 1, children.end());
+    ASSERT_EQ(hearts.size(), 5U);
+    std::vector<QPointF> starts;
+    std::ranges::transform(hearts, std::back_inserter(starts), &Node::position);
+    for (std::size_t index = 0; index < hearts.size(); ++index) {
+      const QPointF start = starts[index];
+      places.push_back(start.x() - m_scene.lifeBasePosition().x());
+      colors.insert(hearts[index]->label()->color.rgba());
+      // Just before it vanishes.
+      pass(index == 0 ? 0.9 - 1e-9 : 0.08);
+      EXPECT_NEAR(hearts[index]->position().y() - start.y(), 60, 1e-3);
+      EXPECT_NEAR(hearts[index]->xScale(), 1.3, 1e-6);
+      EXPECT_NEAR(hearts[index]->yScale(), 1.3, 1e-6);
+      drifts.push_back(hearts[index]->position().x() - start.x());
+    }
+    pass(1);
+  }
+  EXPECT_EQ(colors, (QSet<QRgb>{QColor::fromRgbF(1, 0.45F, 0.6F).rgba(),
+                                QColor::fromRgbF(0.4F, 0.75F, 1).rgba()}));
+  // Two hundred draws come close to both ends of their range.
+  const auto fills = [](const std::vector<double> &values, double limit) {
+    const auto [least, most] = std::ranges::minmax(values);
+    EXPECT_GE(least, -limit);
+    EXPECT_LT(least, -0.9 * limit);
+    EXPECT_LE(most, limit);
+    EXPECT_GT(most, 0.9 * limit);
+  };
+  fills(places, 22);
+  fills(drifts, 12);
 }
 
 TEST_F(PetSceneTest, heartsRiseOneAfterTheOtherAndVanish) {

@@ -167,6 +167,53 @@ TEST_F(StageTest, movesAddUpAndTargetsEndExactly) {
   EXPECT_EQ(m_node->yScale(), 3);
 }
 
+TEST_F(StageTest, turningByAnAngleComesOnTopOfTurningToOne) {
+  const auto loop = Action::repeatForever(
+      Action::sequence({Action::rotateTo(1, seconds(3)), Action::rotateTo(-1, seconds(3))}));
+  const auto alone = std::make_shared<Node>();
+  m_stage.root()->addChild(alone);
+  for (const auto &node : {m_node, alone}) {
+    node->run(loop);
+  }
+  pass(2.5);
+  m_node->run(
+      Action::sequence({Action::rotateBy(0.5, seconds(1)), Action::rotateBy(-0.5, seconds(1))}));
+  for (const double added : {0.25, 0.5, 0.25, 0.0}) {
+    // Over the end of the loop's first half, too.
+    for (int step = 0; step < 10; ++step) {
+      pass(0.05);
+    }
+    EXPECT_NEAR(m_node->rotation() - alone->rotation(), added, 1e-9);
+  }
+}
+
+TEST_F(StageTest, whatAnEndedTurnHasAddedStaysWhereNothingOwnsTheAngle) {
+  m_node->run(Action::rotateBy(1, seconds(2)), key);
+  pass(1);
+  m_node->removeAction(key);
+  EXPECT_DOUBLE_EQ(m_node->rotation(), 0.5);
+  m_node->run(Action::rotateTo(0, seconds(1)));
+  pass(0.5);
+  EXPECT_DOUBLE_EQ(m_node->rotation(), 0.25);
+  m_node->run(Action::rotateBy(1, seconds(0.25)));
+  pass(0.5);
+  EXPECT_EQ(m_node->rotation(), 0);
+}
+
+TEST_F(StageTest, aTurnToATargetEndsThereWhateverItsOwnActionTurnedBefore) {
+  const auto turn = Action::sequence(
+      {Action::rotateBy(1, seconds(0)),
+       Action::group({Action::rotateBy(1, seconds(1)), Action::rotateBy(1, seconds(1))}),
+       Action::rotateTo(0.25, seconds(1))});
+  m_node->run(Action::repeatForever(Action::sequence({turn, Action::wait(seconds(1))})));
+  pass(1);
+  EXPECT_DOUBLE_EQ(m_node->rotation(), 3);
+  pass(1.5);
+  EXPECT_EQ(m_node->rotation(), 0.25);
+  pass(3);
+  EXPECT_EQ(m_node->rotation(), 0.25);
+}
+
 TEST_F(StageTest, framesShowEachForItsTimeAndTheFirstAtOnce) {
   m_node->setSize({7, 7});
   m_node->run(Action::animate(
@@ -469,6 +516,68 @@ void expectAlike(const Node &a, const Node &b) {
   EXPECT_NEAR(a.alpha(), b.alpha(), 1e-9);
   EXPECT_EQ(a.texture(), b.texture());
 }
+
+/// Anything at all that pulls at the same few properties.
+Action anyAction(SeededRandomSource &random, int depth = 0) {
+  const Duration time = seconds(random.uniform(0, 2));
+  const auto easing = static_cast<Easing>(random.below(4));
+  const double value = random.uniform(-3, 3);
+  const auto parts = [&] {
+    std::vector<Action> actions;
+    for (std::size_t count = 1 + random.below(3); count > 0; --count) {
+      actions.push_back(anyAction(random, depth + 1));
+    }
+    return actions;
+  };
+  constexpr std::size_t kinds = 9;
+  constexpr std::size_t simpleKinds = 6;
+  switch (random.below(depth < 3 ? kinds : simpleKinds)) {
+  case 0:
+    return Action::moveBy({value, -value}, time, easing);
+  case 1:
+    return Action::rotateTo(value, time, easing,
+                            random.below(2) == 0 ? Arc::shortest : Arc::direct);
+  case 2:
+  case 3:
+    return Action::rotateBy(value, time, easing);
+  case 4:
+    return Action::scaleTo(value, time, easing);
+  case 5:
+    return Action::wait(time);
+  case 6:
+    return Action::sequence(parts());
+  case 7:
+    return Action::group(parts());
+  default:
+    return Action::repeatForever(Action::sequence(parts()));
+  }
+}
+
+class AnyStepTest : public testing::TestWithParam<std::uint64_t> {};
+
+TEST_P(AnyStepTest, leavesTheStateOfSmallSteps) {
+  constexpr int actions = 4;
+  constexpr int stepsASecond = 60;
+  Stage large{Instant()};
+  Stage small{Instant()};
+  SeededRandomSource random(GetParam());
+  for (int turn = 0; turn < actions; ++turn) {
+    const Action action = anyAction(random);
+    for (const Stage *stage : {&large, &small}) {
+      stage->root()->run(action);
+    }
+    for (int time = 0; time < 3; ++time) {
+      const Instant end = large.now() + seconds(1);
+      large.advance(end);
+      for (int step = 1; step <= stepsASecond; ++step) {
+        small.advance(end - seconds(1) + seconds(1) * step / stepsASecond);
+      }
+      expectAlike(*large.root(), *small.root());
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, AnyStepTest, testing::Range(std::uint64_t{0}, std::uint64_t{200}));
 
 class LeapTest : public testing::TestWithParam<std::uint64_t> {};
 

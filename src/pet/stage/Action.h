@@ -19,7 +19,9 @@ namespace morvo {
 ///
 /// Moves and rotations by an angle add to where the node is, so several at once add up. Actions to
 /// a target (`rotateTo`, `scaleTo`, fades) read the node when they begin and own the property until
-/// they end exactly on the target.
+/// they end exactly on the target; of two the one started later wins. What rotations by an angle
+/// add comes on top of a rotation to a target while they run; it ends with them where one still
+/// owns the angle, and stays where none does.
 class Action {
 public:
   using Frames = std::vector<SpriteFrame>;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 #include <utility>
 
 namespace morvo {
@@ -40,37 +41,56 @@ void ActionRun::begin(Node &node, Blocks &due) {
   }
 }
 
-void ActionRun::step(Node &node, Duration by, Blocks &due) {
-  if (as<Content::Sequence>()) {
-    stepSequence(node, by, due);
-  } else if (as<Content::Group>()) {
-    stepGroup(node, by, due);
-  } else if (as<Content::Repeat>()) {
-    stepRepeat(node, by, due);
+void ActionRun::step(Node &node, Duration by) {
+  if (m_finished) {
+    return;
+  }
+  if (isComposite()) {
+    m_elapsed += by;
+    for (ActionRun &part : m_parts) {
+      part.step(node, by);
+    }
   } else {
     stepLeaf(node, by);
   }
 }
 
+void ActionRun::proceed(Node &node, Blocks &due) {
+  if (m_finished || !isComposite()) {
+    return;
+  }
+  for (ActionRun &part : m_parts) {
+    part.proceed(node, due);
+  }
+  if (!std::ranges::all_of(m_parts, &ActionRun::isFinished)) {
+    return;
+  }
+  if (as<Content::Sequence>()) {
+    beginNextInSequence(node, due);
+  } else if (as<Content::Repeat>()) {
+    beginRepeat(node, due);
+  } else {
+    m_finished = true;
+  }
+}
+
+void ActionRun::beginPart(const Action &action, Node &node, Blocks &due) {
+  // A turn to a target starts from where the parts before it have left the node.
+  const bool setsAngle = (action.content().effects.targets & ActionEffects::rotation) != 0;
+  m_turned = setsAngle ? 0 : turned();
+  m_parts.clear();
+  m_parts.emplace_back(action).begin(node, due);
+}
+
 void ActionRun::beginNextInSequence(Node &node, Blocks &due) {
   const auto &actions = as<Content::Sequence>()->actions;
-  m_parts.clear();
   while (m_next < actions.size()) {
-    ActionRun part(actions[m_next++]);
-    part.begin(node, due);
-    if (!part.isFinished()) {
-      m_parts.push_back(std::move(part));
+    beginPart(actions[m_next++], node, due);
+    if (!m_parts.front().isFinished()) {
       return;
     }
   }
   m_finished = true;
-}
-
-void ActionRun::stepSequence(Node &node, Duration by, Blocks &due) {
-  m_parts.front().step(node, by, due);
-  if (m_parts.front().isFinished()) {
-    beginNextInSequence(node, due);
-  }
 }
 
 void ActionRun::beginGroup(Node &node, Blocks &due) {
@@ -80,29 +100,11 @@ void ActionRun::beginGroup(Node &node, Blocks &due) {
   m_finished = std::ranges::all_of(m_parts, &ActionRun::isFinished);
 }
 
-void ActionRun::stepGroup(Node &node, Duration by, Blocks &due) {
-  for (ActionRun &part : m_parts) {
-    if (!part.isFinished()) {
-      part.step(node, by, due);
-    }
-  }
-  m_finished = std::ranges::all_of(m_parts, &ActionRun::isFinished);
-}
-
 void ActionRun::beginRepeat(Node &node, Blocks &due) {
-  m_parts.clear();
   m_elapsed = Duration::zero();
-  m_parts.emplace_back(as<Content::Repeat>()->body).begin(node, due);
+  beginPart(as<Content::Repeat>()->body, node, due);
   // A body that takes time cannot be finished yet; one that takes none is run once.
   m_finished = m_parts.front().isFinished();
-}
-
-void ActionRun::stepRepeat(Node &node, Duration by, Blocks &due) {
-  m_elapsed += by;
-  m_parts.front().step(node, by, due);
-  if (m_parts.front().isFinished()) {
-    beginRepeat(node, due);
-  }
 }
 
 bool ActionRun::canLeap() const {
@@ -125,7 +127,9 @@ void ActionRun::leap(Node &node, Duration by) {
   const auto rounds = (by - first) / round;
   const ActionEffects &effects = body.content().effects;
   node.setPosition(node.position() + effects.travel * static_cast<double>(rounds));
-  node.setRotation(node.rotation() + effects.turn * static_cast<double>(rounds));
+  const double turn = effects.turn * static_cast<double>(rounds);
+  node.setRotation(node.rotation() + turn);
+  m_turned += turn;
   walk(node, (by - first) % round);
 }
 
@@ -133,7 +137,8 @@ void ActionRun::walk(Node &node, Duration by) {
   Blocks none;
   while (by > Duration::zero()) {
     const Duration part = std::min(by, untilNextEnd());
-    step(node, part, none);
+    step(node, part);
+    proceed(node, none);
     by -= part;
   }
 }
@@ -144,7 +149,7 @@ void ActionRun::beginLeaf(Node &node, Blocks &due) {
   } else if (as<Content::Remove>()) {
     due.emplace_back([&node] { node.removeFromParent(); });
   } else if (as<Content::RotateTo>()) {
-    m_start = node.rotation();
+    m_start = node.rotation() - node.turning();
   } else if (as<Content::ScaleTo>()) {
     m_start = node.xScale();
     m_startOther = node.yScale();
@@ -168,10 +173,11 @@ void ActionRun::apply(Node &node, double progress) {
     node.setPosition(node.position() + move->offset * gained);
   } else if (const auto *turn = as<Content::RotateBy>()) {
     node.setRotation(node.rotation() + turn->angle * gained);
+    m_turned += turn->angle * gained;
   } else if (const auto *rotate = as<Content::RotateTo>()) {
     const double way = rotate->arc == Arc::shortest ? shortestArc(m_start, rotate->angle)
                                                     : rotate->angle - m_start;
-    node.setRotation(progress >= 1 ? rotate->angle : m_start + way * progress);
+    node.setRotation((progress >= 1 ? rotate->angle : m_start + way * progress) + node.turning());
   } else if (const auto *scale = as<Content::ScaleTo>()) {
     if (scale->x) {
       node.setXScale(between(m_start, *scale->x, progress));
@@ -211,6 +217,11 @@ Duration ActionRun::untilNextEnd() const {
     }
   }
   return least;
+}
+
+double ActionRun::turned() const {
+  return std::accumulate(m_parts.begin(), m_parts.end(), m_turned,
+                         [](double sum, const ActionRun &part) { return sum + part.turned(); });
 }
 
 void ActionRun::report(Activity &activity) const {

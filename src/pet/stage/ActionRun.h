@@ -19,8 +19,10 @@ public:
 
   /// Takes the first parts up, and what takes no time with them.
   void begin(Node &node, Blocks &due);
-  /// Lets `by` pass, which is at most `untilNextEnd`. Only after `begin`, and not when finished.
-  void step(Node &node, Duration by, Blocks &due);
+  /// Lets `by` pass, which is at most `untilNextEnd`. Only after `begin`.
+  void step(Node &node, Duration by);
+  /// Takes up what follows the parts that ended with the last step; once everything has moved.
+  void proceed(Node &node, Blocks &due);
   [[nodiscard]] bool isFinished() const { return m_finished; }
   /// The time until the next of its parts ends; more than nothing unless finished.
   [[nodiscard]] Duration untilNextEnd() const;
@@ -28,6 +30,9 @@ public:
   [[nodiscard]] bool canLeap() const;
   /// Lets any time pass, whole rounds at once. The state is that which steps would leave.
   void leap(Node &node, Duration by);
+  /// How far its turns by an angle have turned the node so far; those before its last turn to a
+  /// target do not count.
+  [[nodiscard]] double turned() const;
   /// Adds what it does to `activity`.
   void report(Activity &activity) const;
 
@@ -37,10 +42,8 @@ private:
   void beginNextInSequence(Node &node, Blocks &due);
   void beginGroup(Node &node, Blocks &due);
   void beginRepeat(Node &node, Blocks &due);
+  void beginPart(const Action &action, Node &node, Blocks &due);
   void beginLeaf(Node &node, Blocks &due);
-  void stepSequence(Node &node, Duration by, Blocks &due);
-  void stepGroup(Node &node, Duration by, Blocks &due);
-  void stepRepeat(Node &node, Duration by, Blocks &due);
   void stepLeaf(Node &node, Duration by);
   /// Steps as long as it takes.
   void walk(Node &node, Duration by);
@@ -58,12 +61,14 @@ private:
   /// The parts in play: the present one of a sequence or repetition, all of a group.
   std::vector<ActionRun> m_parts;
   std::size_t m_next = 0;
-  /// Of a part without parts, or of the present round of a repetition.
+  /// Since it began; of a repetition, since its present round did.
   Duration m_elapsed = Duration::zero();
   double m_progress = 0;
   /// Where the node stood when an action to a target began.
   double m_start = 0;
   double m_startOther = 0;
+  /// Its own share of `turned`, and that of the parts it has left behind.
+  double m_turned = 0;
   std::optional<std::size_t> m_frame;
 };
 

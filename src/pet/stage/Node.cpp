@@ -21,6 +21,14 @@ void Node::touch() {
   }
 }
 
+double Node::turning() const {
+  double sum = 0;
+  for (const auto &running : m_running) {
+    sum += running->run.turned();
+  }
+  return sum;
+}
+
 void Node::addChild(std::shared_ptr<Node> child) {
   Q_ASSERT(child && child->m_parent == nullptr && child.get() != this);
   child->m_parent = this;

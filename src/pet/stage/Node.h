@@ -25,6 +25,8 @@ public:
 
   [[nodiscard]] QPointF position() const { return m_position; }
   [[nodiscard]] double rotation() const { return m_rotation; }
+  /// What running actions by an angle have added to `rotation` so far.
+  [[nodiscard]] double turning() const;
   [[nodiscard]] double xScale() const { return m_xScale; }
   [[nodiscard]] double yScale() const { return m_yScale; }
   /// From 0 to 1; a parent's alpha acts on its children.

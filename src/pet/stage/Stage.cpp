@@ -83,18 +83,28 @@ Duration Stage::leapable() const {
 void Stage::move(Duration by) {
   forEachNode(m_root, [&](const NodePointer &node) {
     for (const auto &running : node->m_running) {
-      ActionRun::Blocks blocks;
       // Only a leap is longer than what is left of a part.
       if (by > running->run.untilNextEnd()) {
         running->run.leap(*node, by);
       } else {
-        running->run.step(*node, by, blocks);
-      }
-      for (auto &block : blocks) {
-        m_due.push_back({node, running, std::move(block)});
+        running->run.step(*node, by);
       }
     }
   });
+  forEachNode(m_root, [&](const NodePointer &node) {
+    for (const auto &running : node->m_running) {
+      ActionRun::Blocks blocks;
+      running->run.proceed(*node, blocks);
+      addDue(node, running, std::move(blocks));
+    }
+  });
+}
+
+void Stage::addDue(const NodePointer &node, const std::shared_ptr<RunningAction> &action,
+                   ActionRun::Blocks blocks) {
+  for (auto &block : blocks) {
+    m_due.push_back({node, action, std::move(block)});
+  }
 }
 
 bool Stage::settle() {
@@ -107,9 +117,7 @@ bool Stage::settle() {
       begun = running->begun = true;
       ActionRun::Blocks blocks;
       running->run.begin(*node, blocks);
-      for (auto &block : blocks) {
-        m_due.push_back({node, running, std::move(block)});
-      }
+      addDue(node, running, std::move(blocks));
     }
   });
   const bool called = callDue();

@@ -13,7 +13,7 @@ namespace morvo {
 ///   action ends. One step of a second leaves the same state as sixty steps of a sixtieth.
 /// - At such an instant everything running in the tree is moved first: nodes from the root down,
 ///   children in the order in which they were added, a node's actions in the order in which they
-///   were started. Where an action's part ends there, the next one begins at that instant.
+///   were started. Then, in that same order, the next parts begin where parts have ended.
 /// - Then the blocks that are due are called in that same order. A block whose action was removed
 ///   or replaced by an earlier one, or whose node left the tree, is not called.
 /// - Then actions that have ended are dropped. What blocks have started takes part from this
@@ -51,6 +51,8 @@ private:
   /// How far the time can leap from here: to the next end of anything that is no endless
   /// repetition; nothing when two actions touch the same.
   [[nodiscard]] Duration leapable() const;
+  void addDue(const std::shared_ptr<Node> &node, const std::shared_ptr<RunningAction> &action,
+              std::vector<std::function<void()>> blocks);
   bool callDue();
   [[nodiscard]] bool isInTree(const Node &node) const;
 
