@@ -9,7 +9,8 @@
 namespace morvo {
 namespace {
 
-/// Below this period a timer drives pictures, and a late tick shows.
+/// Below this period a timer drives pictures, and a late tick shows. A longer period may come a
+/// twentieth early or late, together with others; a delay may not come early.
 constexpr std::chrono::milliseconds preciseBelow{250};
 
 /// QTimer counts milliseconds in an int; longer waits (beyond 24 days) end then.
@@ -22,7 +23,8 @@ public:
     const auto milliseconds = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(interval),
                                          std::chrono::milliseconds::zero(), longestInterval);
     m_timer->setSingleShot(!repeating);
-    m_timer->setTimerType(milliseconds < preciseBelow ? Qt::PreciseTimer : Qt::CoarseTimer);
+    m_timer->setTimerType(!repeating || milliseconds < preciseBelow ? Qt::PreciseTimer
+                                                                    : Qt::CoarseTimer);
     // The work may destroy this state: it is kept alive until it has returned.
     QObject::connect(m_timer.get(), &QTimer::timeout, [work = std::weak_ptr(m_work)] {
       if (const auto running = work.lock()) {

@@ -104,6 +104,30 @@ TEST(QtSchedulerTest, AWaitLongerThanAnyTimerIsNeitherNegativeNorShort) {
   EXPECT_TRUE(years.isActive());
 }
 
+TEST(QtSchedulerTest, NoDelayIsShorterThanAskedFor) {
+  QtScheduler scheduler;
+  QEventLoop events;
+  std::vector<Scheduler::Timer> timers;
+  std::vector<std::chrono::nanoseconds> tooEarly;
+  int left = 40;
+  for (int step = 0; step < left; ++step) {
+    const auto delay = 250ms + step * 1ms;
+    QElapsedTimer elapsed;
+    elapsed.start();
+    timers.push_back(scheduler.after(delay, [&, delay, elapsed] {
+      const std::chrono::nanoseconds waited(elapsed.nsecsElapsed());
+      if (waited < delay) {
+        tooEarly.push_back(delay - waited);
+      }
+      if (--left == 0) {
+        events.quit();
+      }
+    }));
+  }
+  events.exec();
+  EXPECT_EQ(tooEarly.size(), 0U);
+}
+
 TEST(QtSchedulerTest, NothingRunsFromWithinTheCall) {
   QtScheduler scheduler;
   QEventLoop events;
