@@ -47,6 +47,10 @@ nlohmann::json ActConnector::removed(nlohmann::json settings) const {
   return ClaudeStyleHookMerger::withRemoved(std::move(settings), {toolEvent}, command());
 }
 
+bool ActConnector::isEntered(const nlohmann::json &settings) const {
+  return ClaudeStyleHookMerger::isConnected(settings, {toolEvent}, command());
+}
+
 std::expected<void, HookError> ActConnector::setConnected(bool on) {
   if (on) {
     if (auto installed = HookScript::install(m_context); !installed) {
@@ -65,8 +69,7 @@ void ActConnector::decide(const QString &id, bool allow) const {
   if (!isPlainId(id)) {
     return;
   }
-  const QString path =
-      MorvoHome::directory(m_context.home) + QStringLiteral("/decisions/%1.json").arg(id);
+  const QString path = MorvoHome::decisions(m_context.home) + QStringLiteral("/%1.json").arg(id);
   static_cast<void>(
       AtomicFile::write(*m_context.files, path, allow ? allowText : denyText, decisionOptions));
 }

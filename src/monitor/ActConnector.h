@@ -20,6 +20,9 @@ public:
   /// The settings without our entry, and without what it leaves empty.
   [[nodiscard]] nlohmann::json removed(nlohmann::json settings) const;
 
+  /// Whether the settings hold our entry.
+  [[nodiscard]] bool isEntered(const nlohmann::json &settings) const;
+
   /// Turns the hook on in Claude's settings file, installing the scripts first, or off. On failure
   /// the settings file is as it was.
   [[nodiscard]] std::expected<void, HookError> setConnected(bool on);

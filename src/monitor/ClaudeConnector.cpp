@@ -1,6 +1,8 @@
 #include "monitor/ClaudeConnector.h"
 
+#include "monitor/ActConnector.h"
 #include "monitor/ClaudeStyleHookMerger.h"
+#include "monitor/HookScript.h"
 
 #include <utility>
 
@@ -31,12 +33,16 @@ bool ClaudeConnector::groupsContainOurCommand(const nlohmann::json &groups) cons
 
 QStringList ClaudeConnector::furtherObstacles(const nlohmann::json &settings,
                                               [[maybe_unused]] bool entered) const {
-  const auto hooksOff = settings.find(hooksOffKey);
-  if (hooksOff == settings.end() || *hooksOff != nlohmann::json(true)) {
-    return {};
+  QStringList found;
+  if (const ActConnector act(context()); act.isEntered(settings)) {
+    found << HookScript::permissionObstacles(context());
   }
-  return {
-      QStringLiteral("%1 里 disableAllHooks 是 true，Claude Code 不会运行任何钩子").arg(file())};
+  const auto hooksOff = settings.find(hooksOffKey);
+  if (hooksOff != settings.end() && *hooksOff == nlohmann::json(true)) {
+    found << QStringLiteral("%1 里 disableAllHooks 是 true，Claude Code 不会运行任何钩子")
+                 .arg(file());
+  }
+  return found;
 }
 
 } // namespace morvo

@@ -196,6 +196,24 @@ bool isPlainForShells(const QString &path) {
   });
 }
 
+/// What keeps an agent from running the script, whose content should be `text`.
+QStringList obstaclesOf(const HookContext &context, const QString &script, const QByteArray &text) {
+  QStringList found;
+  const QFileInfo info(script);
+  if (!info.exists()) {
+    found << QStringLiteral("缺少钩子脚本 %1，请重新连接").arg(script);
+  } else if (!info.isExecutable()) {
+    found << QStringLiteral("钩子脚本 %1 没有执行权限，请重新连接").arg(script);
+  } else if (context.files->read(script) != text) {
+    found << QStringLiteral("钩子脚本 %1 和当前版本不一致，请重新连接").arg(script);
+  }
+  if (!isPlainForShells(script)) {
+    found << QStringLiteral("路径 %1 含有空格或特殊字符，agent 的 shell 会把钩子命令拆开")
+                 .arg(script);
+  }
+  return found;
+}
+
 } // namespace
 
 std::expected<QString, HookError> install(const HookContext &context) {
@@ -228,21 +246,11 @@ QStringList interpreterObstacles(const HookContext &context) {
 }
 
 QStringList scriptObstacles(const HookContext &context) {
-  QStringList found;
-  const QString script = MorvoHome::hookScript(context.home);
-  const QFileInfo info(script);
-  if (!info.exists()) {
-    found << QStringLiteral("缺少钩子脚本 %1，请重新连接").arg(script);
-  } else if (!info.isExecutable()) {
-    found << QStringLiteral("钩子脚本 %1 没有执行权限，请重新连接").arg(script);
-  } else if (context.files->read(script) != eventScript()) {
-    found << QStringLiteral("钩子脚本 %1 和当前版本不一致，请重新连接").arg(script);
-  }
-  if (!isPlainForShells(script)) {
-    found << QStringLiteral("路径 %1 含有空格或特殊字符，agent 的 shell 会把钩子命令拆开")
-                 .arg(script);
-  }
-  return found;
+  return obstaclesOf(context, MorvoHome::hookScript(context.home), eventScript());
+}
+
+QStringList permissionObstacles(const HookContext &context) {
+  return obstaclesOf(context, MorvoHome::permissionScript(context.home), permissionScript());
 }
 
 QStringList inboxObstacles(const HookContext &context) {

@@ -24,6 +24,8 @@ namespace morvo::HookScript {
 [[nodiscard]] QStringList interpreterObstacles(const HookContext &context);
 /// What keeps the installed `hook.sh` from being run, as Chinese sentences.
 [[nodiscard]] QStringList scriptObstacles(const HookContext &context);
+/// The same of `perm.sh`.
+[[nodiscard]] QStringList permissionObstacles(const HookContext &context);
 
 /// What keeps the scripts from writing into the inbox that the program reads, as Chinese sentences.
 [[nodiscard]] QStringList inboxObstacles(const HookContext &context);

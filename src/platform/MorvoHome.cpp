@@ -37,6 +37,7 @@ void ensure(const HomeFolder &home) {
     return;
   }
   closeToOthers(directory(home));
+  closeToOthers(decisions(home));
   const int descriptor = ::open(QFile::encodeName(inbox(home)).constData(),
                                 O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnlyFile);
   if (descriptor >= 0) {
@@ -53,6 +54,8 @@ QString hookScript(const HomeFolder &home) { return home.file(QStringLiteral(".m
 QString permissionScript(const HomeFolder &home) {
   return home.file(QStringLiteral(".morvo/perm.sh"));
 }
+
+QString decisions(const HomeFolder &home) { return home.file(QStringLiteral(".morvo/decisions")); }
 
 QString petDirectory(const HomeFolder &home, const QString &personaId) {
   return home.file(QStringLiteral(".morvo/pets/") + personaId);

@@ -14,6 +14,8 @@ void ensure(const HomeFolder &home);
 [[nodiscard]] QString inbox(const HomeFolder &home);
 [[nodiscard]] QString hookScript(const HomeFolder &home);
 [[nodiscard]] QString permissionScript(const HomeFolder &home);
+/// The folder of the answers to permissions.
+[[nodiscard]] QString decisions(const HomeFolder &home);
 /// The per-persona folder.
 [[nodiscard]] QString petDirectory(const HomeFolder &home, const QString &personaId);
 

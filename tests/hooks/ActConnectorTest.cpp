@@ -77,6 +77,11 @@ TEST_F(ActConnectorTest, WhenTheScriptsCannotBeInstalledTheSettingsStay) {
   EXPECT_EQ(m_home.get(m_settings), "<none>");
 }
 
+TEST_F(ActConnectorTest, TurningOffInstallsNothing) {
+  ASSERT_TRUE(m_act.setConnected(false).has_value());
+  EXPECT_EQ(m_home.get(QStringLiteral(".morvo/perm.sh")), "<none>");
+}
+
 TEST_F(ActConnectorTest, SettingsThatCannotBeReadStay) {
   m_home.put(m_settings, "{\"a\":\"\xFF\"}");
   EXPECT_FALSE(m_act.setConnected(true).has_value());

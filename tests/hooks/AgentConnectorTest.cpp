@@ -371,6 +371,29 @@ TEST(ClaudeConnectorTest, KnowsItsOwnCommandInGroups) {
   EXPECT_FALSE(claude.groupsContainOurCommand(Json::array()));
 }
 
+TEST(ClaudeConnectorTest, TellsWhatKeepsTheApprovalsFromRunning) {
+  HookHome home;
+  ActConnector act(home.context());
+  ASSERT_TRUE(act.setConnected(true).has_value());
+  const auto told = [&] { return ClaudeConnector(home.context()).obstacles().join(u'\n'); };
+  EXPECT_FALSE(told().contains(QStringLiteral("perm.sh"))) << told();
+  home.put(QStringLiteral(".morvo/perm.sh"), "#!/bin/sh\n");
+  EXPECT_TRUE(told().contains(QStringLiteral("perm.sh 和当前版本不一致"))) << told();
+  ASSERT_TRUE(QFile::remove(home.path(QStringLiteral(".morvo/perm.sh"))));
+  EXPECT_TRUE(told().contains(QStringLiteral("perm.sh，请重新连接"))) << told();
+  ASSERT_TRUE(act.setConnected(false).has_value());
+  EXPECT_FALSE(told().contains(QStringLiteral("perm.sh"))) << told();
+}
+
+TEST(ClaudeConnectorTest, TellsThatAHomeWithABlankRunsNoApproval) {
+  HookHome home(QStringLiteral("my home"));
+  ASSERT_TRUE(ActConnector(home.context()).setConnected(true).has_value());
+  EXPECT_TRUE(ClaudeConnector(home.context())
+                  .obstacles()
+                  .join(u'\n')
+                  .contains(QStringLiteral("perm.sh 含有空格")));
+}
+
 TEST(ClaudeConnectorTest, TellsThatAllHooksAreOff) {
   HookHome home;
   const ClaudeConnector claude(home.context());

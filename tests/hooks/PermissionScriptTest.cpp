@@ -339,6 +339,20 @@ TEST(PermissionCommandTest, AsClaudesSettingsHaveItItRunsInAHomeOfChineseLetters
   EXPECT_TRUE(run.out().contains(R"("permissionDecision": "allow")"));
 }
 
+TEST(PermissionCommandTest, InAHomeWithABlankTheShellFindsNoScriptAndTheAgentAsksForItself) {
+  HookHome home(QStringLiteral("my home"));
+  ActConnector act(home.context());
+  ASSERT_TRUE(act.setConnected(true).has_value());
+  ScriptRun run(
+      QStringLiteral("-c"),
+      R"({"hook_event_name":"PreToolUse","tool_name":"Bash","tool_input":{"command":"x"}})",
+      {.arguments = {act.command()}, .home = home.home().path});
+  ASSERT_TRUE(run.finish());
+  EXPECT_NE(run.exitCode(), 0);
+  EXPECT_EQ(run.out(), "");
+  EXPECT_EQ(home.get(QStringLiteral(".morvo/inbox.jsonl")), "");
+}
+
 TEST_F(PermissionScriptTest, ADecisionThatIsNoFileLeavesTheCallToTheAgent) {
   auto run = ask(R"({"tool_name":"Bash","tool_input":{"command":"x"}})");
   const QString id = idOf(m_inbox.nextRequest());

@@ -44,6 +44,14 @@ TEST_F(MorvoHomeTest, ClosesAFolderThatIsThereToAllButTheUser) {
   }
 }
 
+TEST_F(MorvoHomeTest, ClosesTheDecisionsThatAreThereToAllButTheUser) {
+  const QString folder = MorvoHome::decisions(m_home);
+  ASSERT_TRUE(QDir().mkpath(folder));
+  ASSERT_EQ(::chmod(QFile::encodeName(folder).constData(), 0755), 0);
+  MorvoHome::ensure(m_home);
+  EXPECT_EQ(m_files.status(folder)->mode, 0700U);
+}
+
 TEST_F(MorvoHomeTest, AFileInTheFoldersPlaceKeepsItsMode) {
   ASSERT_TRUE(AtomicFile::write(m_files, MorvoHome::directory(m_home), "x", {.mode = 0644}));
   MorvoHome::ensure(m_home);
