@@ -19,6 +19,20 @@ Rectangle {
         }
     }
 
+    // Each request is read from its first line on.
+    Connections {
+        target: card.prompt
+
+        function onRequestChanged() {
+            scroll.contentY = 0
+        }
+    }
+    Binding {
+        target: card.prompt
+        property: "endShown"
+        value: scroll.atYEnd
+    }
+
     implicitHeight: content.implicitHeight + 24
     radius: 10
     color: card.look.tinted(card.look.coral, 0.1)
@@ -107,6 +121,15 @@ Rectangle {
                 radius: 10
                 shown: scroll.activeFocus
             }
+        }
+        PanelLabel {
+            Layout.fillWidth: true
+            visible: text !== ""
+            look: card.look
+            size: 11
+            text: card.prompt.note
+            wrapMode: Text.Wrap
+            color: card.look.textOn(card.look.foam, 0.6, card.look.card)
         }
         RowLayout {
             Layout.fillWidth: true

@@ -12,6 +12,17 @@ namespace {
 /// The first frame that comes may have been begun before the card stood.
 constexpr int framesToBeSeen = 2;
 
+/// Where the scripts cut a command, and where anything else, which they send as JSON.
+constexpr qsizetype commandCut = 200;
+constexpr qsizetype jsonCut = 140;
+
+/// Whether the script may have cut it: it counts characters, and leaves no mark.
+bool mayBeCut(const QString &summary) {
+  const qsizetype length = summary.toUcs4().size();
+  const bool isJson = summary.startsWith(u'{') || summary.startsWith(u'[');
+  return length == commandCut || (isJson && length == jsonCut);
+}
+
 /// Every key that presses a button.
 bool isAnswerKey(int key) {
   return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space ||
@@ -27,15 +38,11 @@ void ApprovalPrompt::setStore(PetStore *store) {
     return;
   }
   if (m_store != nullptr) {
-    connect(m_store, &PetStore::pendingApprovalChanged, this, [this] {
-      Q_EMIT requestChanged();
-      awaitFrames();
-    });
+    connect(m_store, &PetStore::pendingApprovalChanged, this, &ApprovalPrompt::turnToRequest);
     connect(m_store, &QObject::destroyed, this, &ApprovalPrompt::forgetStore);
   }
   Q_EMIT storeChanged();
-  Q_EMIT requestChanged();
-  awaitFrames();
+  turnToRequest();
   watchFocus();
 }
 
@@ -64,12 +71,29 @@ void ApprovalPrompt::setCardShown(bool shown) {
   }
 }
 
+void ApprovalPrompt::setEndShown(bool shown) {
+  if (std::exchange(m_endShown, shown) != shown) {
+    Q_EMIT endShownChanged();
+    m_endWasHidden = m_endWasHidden || !shown;
+    noteEnd();
+    Q_EMIT noteChanged();
+  }
+}
+
 /// The store is gone, and with it what waits.
 void ApprovalPrompt::forgetStore() {
   Q_EMIT storeChanged();
-  Q_EMIT requestChanged();
-  awaitFrames();
+  turnToRequest();
   watchFocus();
+}
+
+/// Another request than before waits, or none: nothing of it has been seen.
+void ApprovalPrompt::turnToRequest() {
+  m_endSeen = false;
+  m_endWasHidden = false;
+  Q_EMIT requestChanged();
+  Q_EMIT noteChanged();
+  awaitFrames();
 }
 
 std::optional<PermRequest> ApprovalPrompt::request() const {
@@ -93,13 +117,31 @@ QString ApprovalPrompt::summary() const {
   return shown;
 }
 
+QString ApprovalPrompt::note() const {
+  const auto pending = request();
+  if (!pending) {
+    return {};
+  }
+  QStringList notes;
+  if (!m_endSeen && !endIsInSight()) {
+    notes << QStringLiteral("往下看完才能批准");
+  } else if (m_endWasHidden) {
+    // Not nothing: the buttons would move beneath the pointer.
+    notes << QStringLiteral("看完了，可以决定");
+  }
+  if (mayBeCut(pending->summary)) {
+    notes << QStringLiteral("这里可能不是全部内容");
+  }
+  return notes.join(u'；');
+}
+
 bool ApprovalPrompt::isRejectable() const {
   return m_isSettled && m_window != nullptr && isPending();
 }
 
 bool ApprovalPrompt::isApprovable() const {
   const auto pending = request();
-  return isRejectable() && pending && pending->summary.size() <= longestSummary;
+  return isRejectable() && m_endSeen && pending && pending->summary.size() <= longestSummary;
 }
 
 void ApprovalPrompt::reject() { give(Answer::Reject); }
@@ -146,7 +188,24 @@ void ApprovalPrompt::frameShown() {
   if (m_awaitedFrames > 0) {
     window()->update();
   } else {
+    noteEnd();
     m_settling = m_store->scheduler().after(settleTime, [this] { settle(); });
+  }
+}
+
+bool ApprovalPrompt::endIsInSight() const {
+  return m_endShown || request().value_or(PermRequest()).summary.isEmpty();
+}
+
+/// The end counts as seen once this very request has been drawn with it.
+void ApprovalPrompt::noteEnd() {
+  const bool isDrawn = m_awaitedFrames == 0 && isPending() && m_cardShown && m_window != nullptr &&
+                       m_window->isVisible();
+  if (isDrawn && !m_endSeen && endIsInSight()) {
+    m_endSeen = true;
+    Q_EMIT answerableChanged();
+  } else if (isDrawn && !m_endSeen) {
+    m_endWasHidden = true;
   }
 }
 

@@ -39,6 +39,7 @@ protected:
     m_prompt.setStore(m_store.get());
     m_prompt.setWindow(&m_window);
     m_prompt.setCardShown(true);
+    m_prompt.setEndShown(true);
   }
 
   void request(const QString &summary = QStringLiteral("ls"),
@@ -352,6 +353,71 @@ TEST_F(ApprovalPromptTest, AnOverlongSummaryIsCutWithAWordAndCannotBeApproved) {
   m_prompt.reject();
   EXPECT_FALSE(m_prompt.isPending());
 }
+
+TEST_F(ApprovalPromptTest, NothingIsApprovedBeforeItsEndWasInSight) {
+  m_prompt.setEndShown(false);
+  settleRequest(QStringLiteral("echo hi\n\n\n\n\n\n\n\n\n\nrm -rf ~"));
+  EXPECT_FALSE(m_prompt.isApprovable());
+  EXPECT_TRUE(m_prompt.isRejectable());
+  EXPECT_EQ(m_prompt.note(), QStringLiteral("往下看完才能批准"));
+  m_prompt.approve();
+  EXPECT_EQ(decision(), "<none>");
+  m_prompt.setEndShown(true);
+  EXPECT_EQ(m_prompt.note(), QStringLiteral("看完了，可以决定"));
+  m_prompt.setEndShown(false); // Back up, to read it again.
+  EXPECT_TRUE(m_prompt.isApprovable());
+  m_prompt.approve();
+  EXPECT_TRUE(decision().contains("allow")) << decision().constData();
+}
+
+TEST_F(ApprovalPromptTest, TheEndOfOneRequestIsNotTheEndOfTheNext) {
+  settleRequest();
+  ASSERT_TRUE(m_prompt.isApprovable());
+  m_prompt.setEndShown(false);
+  const QString next = QStringLiteral("ba9876543210");
+  request(QStringLiteral("a\nb"), QStringLiteral("Bash"), next);
+  m_prompt.setEndShown(true); // The card has yet to be drawn with it.
+  m_prompt.setEndShown(false);
+  frame();
+  advance(500ms);
+  EXPECT_TRUE(m_prompt.isRejectable());
+  EXPECT_FALSE(m_prompt.isApprovable());
+}
+
+TEST_F(ApprovalPromptTest, AnEmptySummaryHasNoEndToLookFor) {
+  m_prompt.setEndShown(false);
+  settleRequest(QString());
+  EXPECT_TRUE(m_prompt.isApprovable());
+  EXPECT_EQ(m_prompt.note(), QString());
+}
+
+struct Cut {
+  const char *name;
+  QString summary;
+  bool mayBe;
+};
+
+void PrintTo(const Cut &cut, std::ostream *out) { *out << cut.name; }
+
+class CutSummaryTest : public ApprovalPromptTest, public testing::WithParamInterface<Cut> {};
+
+TEST_P(CutSummaryTest, IsSaidToBePossiblyNotAll) {
+  settleRequest(GetParam().summary);
+  EXPECT_EQ(m_prompt.note(), GetParam().mayBe ? QStringLiteral("这里可能不是全部内容") : QString());
+  EXPECT_TRUE(m_prompt.isApprovable());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lengths, CutSummaryTest,
+    testing::Values(Cut{"below", QString(199, u'a'), false},
+                    Cut{"at_the_cut", QString(200, u'a'), true},
+                    Cut{"by_a_stranger", QString(201, u'a'), false},
+                    Cut{"beyond_the_basic_plane", QStringLiteral("😀").repeated(200), true},
+                    Cut{"half_as_many", QStringLiteral("😀").repeated(100), false},
+                    Cut{"json_at_its_cut", QStringLiteral("{") + QString(139, u'a'), true},
+                    Cut{"json_below", QStringLiteral("{") + QString(138, u'a'), false},
+                    Cut{"command_of_that_length", QString(140, u'a'), false}),
+    [](const auto &row) { return row.param.name; });
 
 TEST_F(ApprovalPromptTest, AStoreThatIsGoneLeavesAnEmptyPrompt) {
   settleRequest();

@@ -66,6 +66,16 @@ protected:
   }
   [[nodiscard]] QQuickItem *approve() const { return control(QStringLiteral("批准")); }
   [[nodiscard]] QQuickItem *reject() const { return control(QStringLiteral("拒绝")); }
+  /// The box of the summary, which scrolls.
+  [[nodiscard]] QQuickItem *summaryBox() const {
+    QQuickItem *item = approve()->parentItem()->parentItem();
+    for (QQuickItem *const found : item->findChildren<QQuickItem *>()) {
+      if (found->inherits("QQuickFlickable")) {
+        return found;
+      }
+    }
+    return nullptr;
+  }
   [[nodiscard]] QByteArray decision(const QString &id = requestId) const {
     QFile file(m_folder.filePath(QStringLiteral(".morvo/decisions/%1.json").arg(id)));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : nothing;
@@ -225,6 +235,64 @@ TEST_F(ApprovalCardTest, AfterAnAnswerTheKeyboardStillWorks) {
   const test::SignalCount closing(root(), SIGNAL(closeRequested()));
   press(Qt::Key_Escape);
   EXPECT_EQ(closing.value(), 1);
+}
+
+const QString longSummary =
+    QStringLiteral("echo hi") + QStringLiteral("\n").repeated(60) + QStringLiteral("rm -rf ~");
+
+TEST_F(ApprovalCardTest, ALongSummaryIsReadToItsEndBeforeItIsApproved) {
+  sendPermission(requestId, QStringLiteral("Bash"), longSummary);
+  letTheCardGrow();
+  advance(ApprovalPrompt::settleTime);
+  settle();
+  keepPicture(QStringLiteral("approval_long"));
+  EXPECT_TRUE(reject()->isEnabled());
+  EXPECT_FALSE(approve()->isEnabled());
+  summaryBox()->setProperty("contentY", summaryBox()->property("contentHeight").toDouble() -
+                                            summaryBox()->height());
+  settle();
+  click(approve());
+  EXPECT_TRUE(decision().contains("allow")) << decision().constData();
+}
+
+TEST_F(ApprovalCardTest, TheKeyboardReadsALongSummaryToItsEnd) {
+  sendPermission(requestId, QStringLiteral("Bash"), longSummary);
+  letTheCardGrow();
+  advance(ApprovalPrompt::settleTime);
+  settle();
+  tabTo(summaryBox());
+  for (int step = 0; step < 100; ++step) {
+    press(Qt::Key_Down);
+  }
+  EXPECT_TRUE(approve()->isEnabled());
+  for (int step = 0; step < 100; ++step) {
+    press(Qt::Key_Up);
+  }
+  EXPECT_EQ(summaryBox()->property("contentY").toDouble(), 0);
+}
+
+TEST_F(ApprovalCardTest, ARequestThatTakesThePlaceOfAnotherIsShownFromItsFirstLineOn) {
+  sendPermission(requestId, QStringLiteral("Bash"), longSummary);
+  letTheCardGrow();
+  summaryBox()->setProperty("contentY", 300);
+  const QString next = QStringLiteral("ba9876543210");
+  sendPermission(next, QStringLiteral("Bash"), longSummary);
+  letTheCardGrow();
+  advance(ApprovalPrompt::settleTime);
+  settle();
+  EXPECT_EQ(summaryBox()->property("contentY").toDouble(), 0);
+  EXPECT_FALSE(approve()->isEnabled());
+}
+
+TEST_F(ApprovalCardTest, APressThatBeganBeforeTheCardTookAnswersIsNone) {
+  request();
+  const QPointF middle =
+      approve()->mapToScene(QPointF(approve()->width(), approve()->height()) / 2);
+  mouse(QEvent::MouseButtonPress, middle);
+  advance(ApprovalPrompt::settleTime);
+  settle();
+  mouse(QEvent::MouseButtonRelease, middle);
+  EXPECT_EQ(decision(), nothing);
 }
 
 } // namespace

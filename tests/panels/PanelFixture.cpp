@@ -134,13 +134,16 @@ QQuickItem *PanelFixture::seen(const char *property, const QVariant &value) cons
 void PanelFixture::click(QQuickItem *item) {
   ASSERT_NE(item, nullptr);
   const QPointF place = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
-  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-    QMouseEvent event(type, place, m_view->mapToGlobal(place), Qt::LeftButton,
-                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
-                      Qt::NoModifier);
-    QCoreApplication::sendEvent(m_view.get(), &event);
-  }
+  mouse(QEvent::MouseButtonPress, place);
+  mouse(QEvent::MouseButtonRelease, place);
   settle();
+}
+
+void PanelFixture::mouse(QEvent::Type type, QPointF place) {
+  QMouseEvent event(type, place, m_view->mapToGlobal(place), Qt::LeftButton,
+                    type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                    Qt::NoModifier);
+  QCoreApplication::sendEvent(m_view.get(), &event);
 }
 
 void PanelFixture::press(int key) {

@@ -32,6 +32,8 @@ protected:
   /// The seen item of that class and text; null when there is none.
   [[nodiscard]] QQuickItem *seen(const char *property, const QVariant &value) const;
   void click(QQuickItem *item);
+  /// The left button goes down or up at a place of the window.
+  void mouse(QEvent::Type type, QPointF place);
   void press(int key);
   /// One press alone, as a key that is held down sends it again and again.
   void hold(int key);
