@@ -376,13 +376,13 @@ TEST(ClaudeConnectorTest, TellsWhatKeepsTheApprovalsFromRunning) {
   ActConnector act(home.context());
   ASSERT_TRUE(act.setConnected(true).has_value());
   const auto told = [&] { return ClaudeConnector(home.context()).obstacles().join(u'\n'); };
-  EXPECT_FALSE(told().contains(QStringLiteral("perm.sh"))) << told();
+  EXPECT_FALSE(told().contains(QStringLiteral("perm.sh"))) << told().toStdString();
   home.put(QStringLiteral(".morvo/perm.sh"), "#!/bin/sh\n");
-  EXPECT_TRUE(told().contains(QStringLiteral("perm.sh 和当前版本不一致"))) << told();
+  EXPECT_TRUE(told().contains(QStringLiteral("perm.sh 和当前版本不一致"))) << told().toStdString();
   ASSERT_TRUE(QFile::remove(home.path(QStringLiteral(".morvo/perm.sh"))));
-  EXPECT_TRUE(told().contains(QStringLiteral("perm.sh，请重新连接"))) << told();
+  EXPECT_TRUE(told().contains(QStringLiteral("perm.sh，请重新连接"))) << told().toStdString();
   ASSERT_TRUE(act.setConnected(false).has_value());
-  EXPECT_FALSE(told().contains(QStringLiteral("perm.sh"))) << told();
+  EXPECT_FALSE(told().contains(QStringLiteral("perm.sh"))) << told().toStdString();
 }
 
 TEST(ClaudeConnectorTest, TellsThatAHomeWithABlankRunsNoApproval) {
