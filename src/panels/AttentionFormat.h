@@ -12,7 +12,7 @@ namespace morvo::AttentionFormat {
 [[nodiscard]] bool isShown(const std::vector<AttentionItem> &items);
 /// Those that the card lists.
 [[nodiscard]] std::vector<AttentionItem> listed(const std::vector<AttentionItem> &items);
-/// By the first item.
+/// Of the card, by the first item that it lists.
 [[nodiscard]] PanelTint accent(const std::vector<AttentionItem> &items);
 [[nodiscard]] PanelTint accent(AttentionKind kind);
 

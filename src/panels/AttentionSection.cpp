@@ -24,7 +24,7 @@ void AttentionSection::connectTo(PetStore &store) {
 }
 
 void AttentionSection::update(const PetStore &store, const PanelLook &look) {
-  const auto items = store.attentionItems();
+  const auto items = AttentionFormat::listed(store.attentionItems());
   m_isShown = AttentionFormat::isShown(items);
   // What an agent says of itself may hold anything.
   m_headline = VisibleText::of(store.attentionHeadline());
@@ -33,7 +33,7 @@ void AttentionSection::update(const PetStore &store, const PanelLook &look) {
   m_ground = look.fill(thinned(accent, groundOpacity));
   m_edge = look.fill(thinned(accent, edgeOpacity));
   QList<QVariantList> rows;
-  for (const AttentionItem &item : AttentionFormat::listed(items)) {
+  for (const AttentionItem &item : items) {
     rows.append({VisibleText::of(item.title), VisibleText::of(item.detail),
                  look.fill(AttentionFormat::accent(item.kind))});
   }
