@@ -66,16 +66,25 @@ TEST(PanelFrameTest, LeavesRoomOnASmallScreenAndGrowsNoFurtherOnALargeOne) {
 TEST(MonitorToggleTest, NamesTheFourSettingsInTheirOrder) {
   QStringList keys;
   QStringList labels;
+  QStringList hints;
   for (const MonitorToggle &toggle : MonitorToggles::all()) {
     keys.append(toggle.key);
     labels.append(toggle.label);
-    EXPECT_FALSE(toggle.hint.isEmpty());
+    hints.append(toggle.hint);
   }
   EXPECT_EQ(keys, QStringList({SettingKeys::captureUsage, SettingKeys::preciseEvents,
                                SettingKeys::fleet, SettingKeys::notifications}));
   EXPECT_EQ(labels,
             QStringList({QStringLiteral("读本机用量"), QStringLiteral("处理完成 / 需拍板事件"),
                          QStringLiteral("会话目录启发式（实验）"), QStringLiteral("系统通知")}));
+  EXPECT_EQ(hints,
+            QStringList(
+                {QStringLiteral(
+                     "会递归读 ~/.claude、~/.codex 日志，可能弹文件夹权限。默认关；打开后才扫。"
+                     "与宠物无关。"),
+                 QStringLiteral("总闸。关后即使已写 Hook 也不反应、不通知"),
+                 QStringLiteral("用 jsonl 是否在写猜「谁在跑」— 不可靠，默认关，且不进监控主界面"),
+                 QStringLiteral("仅任务完成 / 需你拍板；额度紧只显示在面板")}));
 }
 
 TEST(MonitorToggleTest, UnstoredTogglesReadAsTheirUsersDo) {

@@ -2,11 +2,14 @@
 
 #include "panels/Contrast.h"
 #include "panels/SignalCount.h"
+#include "pet/MorvoTheme.h"
+#include "pet/PetPalette.h"
 #include "platform/SettingKeys.h"
 #include "platform/qt/AppearancePalettes.h"
 
 #include <QAccessible>
 
+#include <array>
 #include <map>
 #include <set>
 
@@ -357,6 +360,108 @@ TEST_F(MainPanelTest, AThousandMessagesKeepFewBubblesAndShowTheNewest) {
     bubbles += item->inherits("QQuickTextEdit") ? 1 : 0;
   }
   EXPECT_LT(bubbles, 60);
+}
+
+TEST_F(MainPanelTest, TheSendButtonDoesWhatReturnDoes) {
+  openServed();
+  m_store->show(normal());
+  settle();
+  field()->setProperty("text", QStringLiteral(" \n"));
+  click(seen("symbol", QStringLiteral("arrow.up.circle.fill")));
+  EXPECT_TRUE(m_sent.isEmpty());
+  field()->setProperty("text", QStringLiteral("早"));
+  click(seen("symbol", QStringLiteral("arrow.up.circle.fill")));
+  EXPECT_EQ(m_sent, QStringList(QStringLiteral("早")));
+  EXPECT_EQ(field()->property("text").toString(), QString());
+}
+
+TEST_F(MainPanelTest, TheFieldAsksInThePetsName) {
+  openServed();
+  EXPECT_EQ(field()->property("placeholderText"), QStringLiteral("跟小沃说点什么…"));
+}
+
+TEST_F(MainPanelTest, TheTabsAreEquallyWideAndTheChosenOneWearsTheTheme) {
+  open();
+  QColor theme = MorvoTheme::current(m_store->setting()).color.in(true);
+  QColor foam = PetPalette::foam().in(true);
+  theme.setAlphaF(0.22F);
+  foam.setAlphaF(0.06F);
+  const std::array labels{QStringLiteral("对话"), QStringLiteral("监控"), QStringLiteral("宠物")};
+  for (int chosen = 0; chosen < 3; ++chosen) {
+    takeTab(chosen);
+    for (int tab = 0; tab < 3; ++tab) {
+      QQuickItem *const button = control(labels.at(static_cast<std::size_t>(tab)));
+      ASSERT_NE(button, nullptr);
+      EXPECT_NEAR(button->width(), control(labels[0])->width(), 1);
+      EXPECT_EQ(button->property("ground").value<QColor>(), tab == chosen ? theme : foam);
+    }
+  }
+}
+
+class PartsOrder : public MainPanelTest,
+                   public testing::WithParamInterface<std::pair<int, QList<const char16_t *>>> {};
+
+TEST_P(PartsOrder, IsTheToldOneFromTheTop) {
+  // The tab looks for itself as it comes up.
+  m_usage.agentsThere = *normal().agents;
+  openServed();
+  m_store->show(normal());
+  sendAgent(QStringLiteral("needs_input"));
+  const auto [tab, texts] = GetParam();
+  takeTab(tab);
+  double above = 0;
+  for (const char16_t *text : texts) {
+    QQuickItem *const part = seen("text", QString::fromUtf16(text));
+    ASSERT_NE(part, nullptr) << QString::fromUtf16(text).toStdString();
+    EXPECT_GT(part->mapToScene({}).y(), above) << QString::fromUtf16(text).toStdString();
+    above = part->mapToScene({}).y();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tabs, PartsOrder,
+    testing::Values(
+        std::pair{chatTab, QList<const char16_t *>{u"小沃", u"兴高采烈", u"监控", u"造宠",
+                                                   u"帮我看下这个空指针", u"…"}},
+        std::pair{monitorTab, QList<const char16_t *>{u"监控", u"现在", u"额度", u"Claude Code",
+                                                      u"Codex", u"刷新", u"读本机用量",
+                                                      u"处理完成 / 需拍板事件", u"系统通知"}},
+        std::pair{petTab, QList<const char16_t *>{
+                              u"监控", u"状态", u"饱腹", u"摸摸、喂食、聊聊天会改变状态。", u"形象",
+                              u"显示桌面宠", u"摸摸 / 喂食 / 动作 → 右键桌面悬浮宠",
+                              u"Act 权限守门（改动必问你）"}}));
+
+TEST_F(MainPanelTest, BubblesStandOnTheirOwnersSideAndAreNeverTooWide) {
+  open();
+  const QString longText = QStringLiteral("很长的话").repeated(40);
+  PetStore::Picture picture;
+  picture.messages =
+      std::vector<ChatMessage>{{.role = ChatMessage::Role::user, .text = QStringLiteral("早")},
+                               {.role = ChatMessage::Role::user, .text = longText},
+                               {.role = ChatMessage::Role::pet, .text = QStringLiteral("嗯")}};
+  m_store->show(picture);
+  settle();
+  int bubbles = 0;
+  for (QQuickItem *item : seenItems()) {
+    if (item->inherits("QQuickTextEdit")) {
+      const bool isPets = item->property("text").toString() == QStringLiteral("嗯");
+      const QQuickItem *const bubble = item->parentItem();
+      const QQuickItem *const row = bubble->parentItem();
+      EXPECT_LE(bubble->width(), 240);
+      EXPECT_DOUBLE_EQ(item->x(), 11);
+      EXPECT_DOUBLE_EQ(item->y(), 8);
+      if (isPets) {
+        EXPECT_DOUBLE_EQ(bubble->x(), 0);
+        EXPECT_GE(row->width() - bubble->width(), 36);
+      } else {
+        EXPECT_GE(bubble->x(), 36);
+        EXPECT_GT(bubble->x() + bubble->width(), row->width() - 10);
+      }
+      EXPECT_TRUE(item->property("selectByMouse").toBool());
+      ++bubbles;
+    }
+  }
+  EXPECT_EQ(bubbles, 3);
 }
 
 class TimelineTest : public MainPanelTest {

@@ -100,6 +100,20 @@ TEST_F(PanelSectionsTest, LookingAgainAsksTheCloud) {
   EXPECT_EQ(m_cloud.syncs, before + 2);
 }
 
+TEST_F(PanelSectionsTest, LookingAgainReadsLogsOnlyWhileTheUserLetsThemBeRead) {
+  start();
+  MonitorSection monitor;
+  attach(monitor);
+  const int looks = m_usage.looks;
+  monitor.appeared();
+  monitor.reload();
+  EXPECT_EQ(m_usage.looks, looks + 2);
+  EXPECT_EQ(m_usage.captures, 0);
+  set(SettingKeys::captureUsage, true);
+  monitor.reload();
+  EXPECT_EQ(m_usage.captures, 1);
+}
+
 TEST_F(PanelSectionsTest, TheActSwitchWritesTheSettingThenTheAgentsFile) {
   start();
   ActSection act;

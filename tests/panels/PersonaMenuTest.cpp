@@ -1,5 +1,7 @@
 #include "companion/Personas.h"
 #include "panels/PanelFixture.h"
+#include "panels/PersonaFormat.h"
+#include "platform/L10n.h"
 
 #include <algorithm>
 
@@ -125,6 +127,46 @@ TEST_F(PersonaMenuTest, TheUsersOwnAreManagedRenamedAndTakenAway) {
   EXPECT_NE(seen("text", QStringLiteral("当前")), nullptr);
   click(seen("symbol", QStringLiteral("trash")));
   EXPECT_EQ(m_store->persona().id, Personas::morvo().id);
+  EXPECT_EQ(seen("symbol", QStringLiteral("trash")), nullptr);
+}
+
+TEST_F(PersonaMenuTest, RenamingToWhiteSpaceLeavesTheNameAndEnds) {
+  storeCustom(QStringLiteral("custom-1"), QStringLiteral("团子"));
+  openMenu();
+  click(control(QStringLiteral("管理我的宠物…")));
+  click(seen("symbol", QStringLiteral("pencil")));
+  seen("placeholderText", QStringLiteral("名字"))->setProperty("text", QStringLiteral(" \t"));
+  click(control(QStringLiteral("保存")));
+  EXPECT_EQ(seen("placeholderText", QStringLiteral("名字")), nullptr);
+  EXPECT_EQ(control(QStringLiteral("保存")), nullptr);
+  EXPECT_NE(seen("text", QStringLiteral("团子")), nullptr);
+}
+
+TEST_F(PersonaMenuTest, WhatIsMissingIsToldAndMadeUnlessTheRowIsBeingRenamed) {
+  QStringList filled;
+  m_doors.missingFrameSets = [](const QString &) {
+    return QStringList{QStringLiteral("greet"), QStringLiteral("alert")};
+  };
+  m_doors.fillMissingAnimations = [&filled](const QString &id) { filled.append(id); };
+  storeCustom(QStringLiteral("custom-1"), QStringLiteral("团子"));
+  openMenu();
+  click(control(QStringLiteral("管理我的宠物…")));
+  const QString line = QStringLiteral("缺：greet、alert");
+  EXPECT_NE(seen("text", line), nullptr);
+  EXPECT_NE(seen("text", PersonaFormat::missingBadge(2, L10n::isChinese())), nullptr);
+  click(control(PersonaFormat::fillLabel(false, L10n::isChinese())));
+  EXPECT_EQ(filled, QStringList(QStringLiteral("custom-1")));
+  click(seen("symbol", QStringLiteral("pencil")));
+  EXPECT_EQ(seen("text", line), nullptr);
+}
+
+TEST_F(PersonaMenuTest, ManagingEndsAsItBegan) {
+  storeCustom(QStringLiteral("custom-1"), QStringLiteral("团子"));
+  openMenu();
+  click(control(QStringLiteral("管理我的宠物…")));
+  EXPECT_NE(seen("symbol", QStringLiteral("trash")), nullptr);
+  dropDown();
+  click(control(QStringLiteral("管理我的宠物…")));
   EXPECT_EQ(seen("symbol", QStringLiteral("trash")), nullptr);
 }
 
