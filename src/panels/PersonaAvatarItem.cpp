@@ -7,6 +7,8 @@
 namespace morvo {
 namespace {
 
+/// Of the item; around the picture its glow dies away.
+constexpr double pictureShare = 2.0 / 3;
 /// Often enough for a motion of a point or two in five seconds.
 constexpr auto framePeriod = std::chrono::milliseconds(1000) / 12;
 
@@ -70,7 +72,9 @@ void PersonaAvatarItem::paint(QPainter *painter) {
   }
   const QString mood = m_store->mood();
   const std::chrono::duration<double> time = m_store->clock().instant().time_since_epoch();
-  m_avatar->paint(*painter, boundingRect(),
+  QRectF picture(QPointF(), size() * pictureShare);
+  picture.moveCenter(boundingRect().center());
+  m_avatar->paint(*painter, picture,
                   {.mood = mood,
                    .accent = m_look->fill(PanelTexts::accent(mood)),
                    .fontScale = m_look->fontScale()},

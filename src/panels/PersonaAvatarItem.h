@@ -9,6 +9,7 @@
 namespace morvo {
 
 /// The picture of a persona, breathing while it is on the screen, in the colour of the pet's mood.
+/// It takes two thirds of the item; the rest is for its glow.
 class PersonaAvatarItem : public morvo::ScreenItem {
   Q_OBJECT
   QML_ELEMENT

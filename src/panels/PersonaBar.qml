@@ -137,8 +137,10 @@ PanelCard {
                 spacing: 6
 
                 PersonaAvatarItem {
-                    implicitWidth: 30
-                    implicitHeight: 28
+                    // The glow takes no room of its own.
+                    Layout.margins: -7
+                    implicitWidth: 45
+                    implicitHeight: 42
                     store: bar.store
                     persona: custom.persona
                     look: bar.look

@@ -10,6 +10,8 @@ using namespace std::chrono_literals;
 
 const QString dumpling = QStringLiteral("custom-1");
 constexpr QSizeF size(130, 120);
+/// On the emblem, beneath its sign.
+constexpr QPoint pictureFoot(65, 86);
 
 /// The picture over the panel, in its window.
 class PersonaAvatarItemTest : public test::PanelFixture {
@@ -51,12 +53,12 @@ TEST_F(PersonaAvatarItemTest, ShowsThePersonasPicture) {
 
 TEST_F(PersonaAvatarItemTest, WearsTheColourOfTheMood) {
   feel(QStringLiteral("hungry"));
-  const QColor krill = picture().pixelColor(65, 100);
+  const QColor krill = picture().pixelColor(pictureFoot);
   feel(QStringLiteral("mischievous"));
-  const QColor coral = picture().pixelColor(65, 100);
+  const QColor coral = picture().pixelColor(pictureFoot);
   EXPECT_NE(krill, coral);
   feel(QStringLiteral("hungry"));
-  EXPECT_EQ(picture().pixelColor(65, 100), krill);
+  EXPECT_EQ(picture().pixelColor(pictureFoot), krill);
 }
 
 TEST_F(PersonaAvatarItemTest, WearsTheColourOfTheTheme) {
@@ -64,7 +66,18 @@ TEST_F(PersonaAvatarItemTest, WearsTheColourOfTheTheme) {
   const QImage teal = picture();
   set(SettingKeys::themeColor, QStringLiteral("pink"));
   m_store->announceAppearanceChange();
-  EXPECT_NE(picture().pixelColor(65, 100), teal.pixelColor(65, 100));
+  EXPECT_NE(picture().pixelColor(pictureFoot), teal.pixelColor(pictureFoot));
+}
+
+TEST_F(PersonaAvatarItemTest, GlowsWithoutAnEdge) {
+  const QImage shown = picture();
+  m_item->setVisible(false);
+  const QImage ground = picture();
+  constexpr int hardlySeen = 8;
+  for (const QPoint corner : {QPoint(0, 60), QPoint(129, 60), QPoint(65, 0), QPoint(65, 119)}) {
+    EXPECT_NEAR(shown.pixelColor(corner).green(), ground.pixelColor(corner).green(), hardlySeen);
+  }
+  EXPECT_GT(shown.pixelColor(65, 24).green(), ground.pixelColor(65, 24).green() + hardlySeen);
 }
 
 TEST_F(PersonaAvatarItemTest, WritesItsSignInTheTextSizeOfTheSettings) {
