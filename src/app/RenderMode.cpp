@@ -114,41 +114,6 @@ QImage portraitOf(const MorvoPersona &persona) {
   return persona.avatarPath ? QImage(*persona.avatarPath) : QImage();
 }
 
-/// The panel's root as it is drawn; null with a line on standard error when it cannot be made.
-QImage drawn(PetStore &store, PanelEntries &entries, PanelStage &stage) {
-  QQuickRenderControl control;
-  QQuickWindow window(&control);
-  window.setColor(Qt::transparent);
-  QQmlEngine engine;
-  QQmlComponent component(&engine, QUrl(PanelWindow::mainPanel));
-  const std::unique_ptr<QObject> object(component.createWithInitialProperties(
-      {{QStringLiteral("store"), QVariant::fromValue(&store)},
-       {QStringLiteral("entries"), QVariant::fromValue(&entries)},
-       {QStringLiteral("stage"), QVariant::fromValue(&stage)}}));
-  auto *const root = qobject_cast<QQuickItem *>(object.get());
-  if (root == nullptr) {
-    Diagnostics::line(u"RENDER", component.errorString());
-    return {};
-  }
-  root->setParentItem(window.contentItem());
-  const QSize size(qRound(root->width()), qRound(root->height()));
-  window.setGeometry(QRect(QPoint(), size));
-  window.contentItem()->setSize(size);
-  QImage image(size * scale, QImage::Format_ARGB32_Premultiplied);
-  image.setDevicePixelRatio(scale);
-  image.fill(Qt::transparent);
-  window.setRenderTarget(QQuickRenderTarget::fromPaintDevice(&image));
-  // Layouts settle in the first round.
-  for (int round = 0; round < 2; ++round) {
-    QCoreApplication::processEvents();
-    control.polishItems();
-    control.sync();
-    control.render();
-  }
-  root->setParentItem(nullptr);
-  return image;
-}
-
 } // namespace
 
 void run(const EntryModes::Ground &ground, const QString &path) {
@@ -185,13 +150,47 @@ void run(const EntryModes::Ground &ground, const QString &path) {
   PanelStage stage({.scene = pet, .clock = still, .scheduler = scheduler, .isStill = true},
                    portraitOf(store.persona()));
   PanelEntries entries({});
-  const QImage image = drawn(store, entries, stage);
+  const QImage image = picture(store, entries, stage, scale);
   if (image.isNull()) {
     return;
   }
   // Whoever asked for the picture looks at the file; there is nobody else to tell.
   static_cast<void>(image.save(path, "PNG"));
   Diagnostics::line(u"RENDER", QStringLiteral("wrote ") + path);
+}
+
+QImage picture(PetStore &store, PanelEntries &entries, PanelStage &stage, double pixels) {
+  QQuickRenderControl control;
+  QQuickWindow window(&control);
+  window.setColor(Qt::transparent);
+  QQmlEngine engine;
+  QQmlComponent component(&engine, QUrl(PanelWindow::mainPanel));
+  const std::unique_ptr<QObject> object(component.createWithInitialProperties(
+      {{QStringLiteral("store"), QVariant::fromValue(&store)},
+       {QStringLiteral("entries"), QVariant::fromValue(&entries)},
+       {QStringLiteral("stage"), QVariant::fromValue(&stage)}}));
+  auto *const root = qobject_cast<QQuickItem *>(object.get());
+  if (root == nullptr) {
+    Diagnostics::line(u"RENDER", component.errorString());
+    return {};
+  }
+  root->setParentItem(window.contentItem());
+  const QSize size(qRound(root->width()), qRound(root->height()));
+  window.setGeometry(QRect(QPoint(), size));
+  window.contentItem()->setSize(size);
+  QImage image(size * pixels, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(pixels);
+  image.fill(Qt::transparent);
+  window.setRenderTarget(QQuickRenderTarget::fromPaintDevice(&image));
+  // Layouts settle in the first round.
+  for (int round = 0; round < 2; ++round) {
+    QCoreApplication::processEvents();
+    control.polishItems();
+    control.sync();
+    control.render();
+  }
+  root->setParentItem(nullptr);
+  return image;
 }
 
 } // namespace morvo::RenderMode

@@ -2,6 +2,14 @@
 
 #include "app/EntryModes.h"
 
+#include <QImage>
+
+namespace morvo {
+class PanelEntries;
+class PanelStage;
+class PetStore;
+} // namespace morvo
+
 /// A picture of the main panel without a screen, for `MORVO_RENDER`.
 namespace morvo::RenderMode {
 
@@ -14,5 +22,11 @@ inline constexpr double scale = 2;
 /// standard error that the picture was written; it does so too when only the writing of the file
 /// failed. Needs a QApplication; the offscreen platform serves.
 void run(const EntryModes::Ground &ground, const QString &path);
+
+/// The panel as it is drawn at that many pixels a point, on a screen of any height; nothing of it
+/// moves. Null, with a line on standard error, when it cannot be made. The software backend must
+/// have been chosen.
+[[nodiscard]] QImage picture(PetStore &store, PanelEntries &entries, PanelStage &stage,
+                             double pixels);
 
 } // namespace morvo::RenderMode

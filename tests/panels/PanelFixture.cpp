@@ -65,14 +65,7 @@ void PanelFixture::open() {
       AppearanceController::wanted(Setting(m_settings, Environment(m_environment))));
   start();
   m_entries = std::make_unique<PanelEntries>(m_doors);
-  const PetFiles files{.home = HomeFolder{m_folder.path()},
-                       .resources = QStringLiteral(MORVO_PET_RESOURCES)};
-  m_sprites = std::make_unique<MorvoSprites>(files);
-  m_scene = std::make_unique<PetScene>(stageSize, files, *m_sprites,
-                                       Setting(m_settings, Environment(m_environment)), m_clock,
-                                       m_random);
-  m_stage = std::make_unique<PanelStage>(
-      PanelStage::Ground{.scene = *m_scene, .clock = m_clock, .scheduler = m_scheduler});
+  makeStage(false);
   m_view = std::make_unique<QQuickView>();
   m_view->setResizeMode(QQuickView::SizeViewToRootObject);
   m_view->setInitialProperties({{QStringLiteral("store"), QVariant::fromValue(m_store.get())},
@@ -88,6 +81,17 @@ void PanelFixture::open() {
   settle();
   QMetaObject::invokeMethod(root(), "appeared");
   settle();
+}
+
+void PanelFixture::makeStage(bool isStill) {
+  const PetFiles files{.home = HomeFolder{m_folder.path()},
+                       .resources = QStringLiteral(MORVO_PET_RESOURCES)};
+  m_sprites = std::make_unique<MorvoSprites>(files);
+  m_scene = std::make_unique<PetScene>(stageSize, files, *m_sprites,
+                                       Setting(m_settings, Environment(m_environment)), m_clock,
+                                       m_random);
+  m_stage = std::make_unique<PanelStage>(PanelStage::Ground{
+      .scene = *m_scene, .clock = m_clock, .scheduler = m_scheduler, .isStill = isStill});
 }
 
 void PanelFixture::settle() {

@@ -19,6 +19,8 @@ protected:
 
   /// Starts the store, loads the panel and shows it.
   void open();
+  /// Makes the stage on which the pet stands in the head, still or alive.
+  void makeStage(bool isStill);
   /// Lets bindings, layouts and pictures settle.
   void settle();
   /// Brings up the tab of that row.
