@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 namespace morvo {
 
@@ -13,11 +12,8 @@ void MarkedLines::reserve(std::size_t size) {
   if (size <= m_capacity) {
     return;
   }
-  const std::size_t capacity = std::max(size, std::min(2 * m_capacity, m_longest + m_block));
-  QByteArray buffer(static_cast<qsizetype>(capacity + padding), Qt::Uninitialized);
-  std::copy_n(m_buffer.constData(), m_used, buffer.data());
-  m_buffer = std::move(buffer);
-  m_capacity = capacity;
+  m_capacity = std::max(size, std::min(2 * m_capacity, m_longest + m_block));
+  m_buffer.resize(static_cast<qsizetype>(m_capacity + padding));
 }
 
 void MarkedLines::search(std::size_t begin, std::size_t end, const Take &take, bool isWhole) const {
