@@ -1,4 +1,6 @@
 #include "base/Clock.h"
+#include "base/SystemFileLayer.h"
+#include "usage/AccountReader.h"
 #include "usage/UsageReader.h"
 
 #include <QByteArray>
@@ -6,12 +8,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace morvo {
@@ -120,15 +123,42 @@ int again(const HomeFolder &home) {
   return 0;
 }
 
+/// The most memory that the process has held, in megabytes.
+double peakMemory() {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line)) {
+    if (line.starts_with("VmHWM:")) {
+      return std::stod(line.substr(line.find(':') + 1)) / 1024;
+    }
+  }
+  return 0;
+}
+
+/// A first look at who is logged in.
+int account(const HomeFolder &home) {
+  SystemFileLayer files;
+  AccountReader accounts(home, files);
+  const double before = peakMemory();
+  bool isKnown = false;
+  const Cost cost = costOf([&] { isKnown = accounts.claude().has_value(); });
+  std::printf("%s: %.1f ms, processor %.1f ms, peak memory %.1f MB higher\n",
+              isKnown ? "somebody" : "nobody", cost.wall, cost.processor, peakMemory() - before);
+  return 0;
+}
+
 } // namespace
 } // namespace morvo
 
-/// UsageBench first|again HOME: see `bench/README.md`. `again` makes the largest log longer.
+/// UsageBench first|again|account HOME: see `bench/README.md`. `again` makes the largest log
+/// longer.
 int main(int argc, char **argv) {
-  if (argc != 3) {
-    std::fputs("UsageBench first|again HOME\n", stderr);
+  const std::map<std::string_view, int (*)(const morvo::HomeFolder &)> measures{
+      {"first", morvo::first}, {"again", morvo::again}, {"account", morvo::account}};
+  const auto measure = argc == 3 ? measures.find(argv[1]) : measures.end();
+  if (measure == measures.end()) {
+    std::fputs("UsageBench first|again|account HOME\n", stderr);
     return 2;
   }
-  const morvo::HomeFolder home{QFile::decodeName(argv[2])};
-  return std::strcmp(argv[1], "first") == 0 ? morvo::first(home) : morvo::again(home);
+  return measure->second(morvo::HomeFolder{QFile::decodeName(argv[2])});
 }

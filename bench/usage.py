@@ -3,23 +3,30 @@
 `ccusage` where its program is given: medians of alternating runs.
 
     bench/usage.py BENCH HOME [--peer PROGRAM] [--runs N]
+
+Needs the program `time` of the package of that name: the peak memory that the system tells of a
+process begins with that of the process which started it, and this script is larger than `cat`.
 """
 import argparse
 import glob
 import os
 import statistics
 import subprocess
+import tempfile
 import time
 
 
 def run(command, environment):
-    begin = time.monotonic()
-    process = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
-                               stderr=subprocess.DEVNULL)
-    _, status, used = os.wait4(process.pid, 0)
-    if status != 0:
-        raise SystemExit("%s ended with %d" % (command[0], status))
-    return time.monotonic() - begin, used.ru_utime + used.ru_stime, used.ru_maxrss / 1024
+    with tempfile.NamedTemporaryFile("r") as peak:
+        begin = time.monotonic()
+        process = subprocess.Popen(["time", "-f", "%M", "-o", peak.name, *command],
+                                   env=environment, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL)
+        _, status, used = os.wait4(process.pid, 0)
+        wall = time.monotonic() - begin
+        if status != 0:
+            raise SystemExit("%s ended with %d" % (command[0], status))
+        return wall, used.ru_utime + used.ru_stime, int(peak.read()) / 1024
 
 
 def main():
@@ -45,8 +52,9 @@ def main():
     for name, (wall, cpu, memory) in medians.items():
         ratios = ["%.2f" % (mine / other) for mine, other in
                   zip(medians["ours"], medians[name])]
-        print("%-5s wall %.3f s, processor %.3f s, memory %.0f MB; ours is %s of it"
-              % (name, wall, cpu, memory, " / ".join(ratios)))
+        least, most = min(row[1] for row in taken[name]), max(row[1] for row in taken[name])
+        print("%-5s wall %.3f s, processor %.3f s (%.3f to %.3f), memory %.1f MB; ours is %s of it"
+              % (name, wall, cpu, least, most, memory, " / ".join(ratios)))
 
 
 if __name__ == "__main__":

@@ -25,7 +25,7 @@ desktop_packages=(
 test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
-  gnome-keyring libsecret-tools python3-dbusmock python3-gi procps jq
+  gnome-keyring libsecret-tools python3-dbusmock python3-gi procps jq time
   at-spi2-core gir1.2-atspi-2.0
 )
 

@@ -1,7 +1,6 @@
 #include "usage/ClaudeLog.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace morvo {
 
@@ -38,7 +37,7 @@ bool ClaudeLog::readOn(const OpenLog &log, WallTime since, Tools &tools,
         const auto event = tools.line.event(line);
         if (event && event->ts >= since) {
           if (isWhole) {
-            m_events.push_back(*event);
+            m_events.add(*event);
           } else {
             m_unfinished = event;
           }
@@ -66,10 +65,14 @@ void ClaudeLog::append(WallTime since, TokenEvents &events) const {
   if (m_oldest >= since) {
     events.append(m_events);
   } else {
-    std::ranges::copy_if(m_events, std::back_inserter(events), isRecent);
+    for (const TokenEvent event : m_events) {
+      if (isRecent(event)) {
+        events.add(event);
+      }
+    }
   }
   if (m_unfinished && isRecent(*m_unfinished)) {
-    events.push_back(*m_unfinished);
+    events.add(*m_unfinished);
   }
 }
 

@@ -206,7 +206,7 @@ TokenEvents GenericUsageReader::events(const QString &under, double sinceHours,
     }
     present.insert_or_assign(file.path, *sums);
     if (sums->billable > 0) {
-      events.push_back({.ts = file.identity.modifiedAt(),
+      events.add({.ts = file.identity.modifiedAt(),
                         .billable = sums->billable,
                         .cacheRead = sums->cacheRead,
                         .cost = price.ofMixed(sums->billable),

@@ -30,7 +30,7 @@ bool fits(const TokenEvent &event) {
 
 TokenEvents::TokenEvents(std::initializer_list<TokenEvent> events) {
   for (const TokenEvent &event : events) {
-    push_back(event);
+    add(event);
   }
 }
 
@@ -46,7 +46,7 @@ TokenEvent TokenEvents::operator[](std::size_t index) const {
           .burnable = event.burnable != 0};
 }
 
-void TokenEvents::push_back(const TokenEvent &event) {
+void TokenEvents::add(const TokenEvent &event) {
   if (fits(event)) {
     m_events.push_back({.seconds = static_cast<std::uint32_t>(secondsOf(event)),
                         .billable = static_cast<std::uint32_t>(event.billable) & largestBillable,
@@ -66,7 +66,7 @@ void TokenEvents::append(const TokenEvents &others) {
     return;
   }
   for (const TokenEvent event : others) {
-    push_back(event);
+    add(event);
   }
 }
 
@@ -75,7 +75,7 @@ void TokenEvents::dropBefore(WallTime time) {
   kept.reserve(size());
   for (const TokenEvent event : *this) {
     if (event.ts >= time) {
-      kept.push_back(event);
+      kept.add(event);
     }
   }
   kept.m_events.shrink_to_fit();

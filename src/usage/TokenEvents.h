@@ -39,9 +39,6 @@ public:
     const TokenEvents *m_events = nullptr;
     std::size_t m_index = 0;
   };
-  // The names that the standard library looks for.
-  using value_type = TokenEvent;
-  using const_iterator = Iterator;
 
   TokenEvents() = default;
   TokenEvents(std::initializer_list<TokenEvent> events);
@@ -53,7 +50,7 @@ public:
   [[nodiscard]] Iterator end() const { return {*this, size()}; }
 
   void reserve(std::size_t count) { m_events.reserve(count); }
-  void push_back(const TokenEvent &event);
+  void add(const TokenEvent &event);
   void append(const TokenEvents &others);
   /// Drops the events before that time, and the room that is not needed.
   void dropBefore(WallTime time);

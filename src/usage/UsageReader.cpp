@@ -59,7 +59,7 @@ public:
     for (const LogFile &file : files) {
       const auto &totals = m_codex.of(file).last();
       if (totals && totals->total > 0) {
-        events.push_back(sessionEvent(*totals, file.identity.modifiedAt()));
+        events.add(sessionEvent(*totals, file.identity.modifiedAt()));
       }
     }
     return events;
