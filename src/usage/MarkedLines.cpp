@@ -13,7 +13,8 @@ void MarkedLines::reserve(std::size_t size) {
     return;
   }
   m_capacity = std::max(size, std::min(2 * m_capacity, m_longest + m_block));
-  m_buffer.resize(static_cast<qsizetype>(m_capacity + padding));
+  const std::size_t room = m_capacity + padding;
+  m_buffer.resize(static_cast<qsizetype>(room));
 }
 
 void MarkedLines::search(std::size_t begin, std::size_t end, const Take &take, bool isWhole) const {
