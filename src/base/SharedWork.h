@@ -46,7 +46,7 @@ private:
                               Running running) {
     piece->value = co_await pool->run(work);
     running->reset();
-    std::stop_source done = piece->done;
+    const std::stop_source done = piece->done;
     piece.reset();
     done.request_stop();
   }
