@@ -86,7 +86,8 @@ void DesktopPetWindow::resizeTo(const QRect &place, int spriteSide) {
 void DesktopPetWindow::moveTo(QPoint corner) {
   if (corner != m_place.topLeft()) {
     m_place.moveTopLeft(corner);
-    setPosition(corner);
+    // With the size: on the way onto a monitor of another density Qt may have another one.
+    setGeometry(m_place);
   }
 }
 
@@ -139,8 +140,8 @@ void DesktopPetWindow::exposeEvent(QExposeEvent * /*event*/) {
     return;
   }
   m_ground.scene.advance(m_ground.clock.instant());
-  const bool isDrawn = m_store.size() == size() && m_drawnRevision == m_ground.scene.revision() &&
-                       !m_bubble.isRunning();
+  const bool isDrawn = m_store.size() == size() && m_ratio == devicePixelRatio() &&
+                       m_drawnRevision == m_ground.scene.revision() && !m_bubble.isRunning();
   if (isDrawn) {
     // Only uncovered, as happens with each new outline where nothing composes: show it again.
     m_store.flush(QRect(QPoint(), size()));
@@ -151,6 +152,13 @@ void DesktopPetWindow::exposeEvent(QExposeEvent * /*event*/) {
     draw(QRect(QPoint(), size()));
   }
   arm();
+}
+
+void DesktopPetWindow::resizeEvent(QResizeEvent * /*event*/) {
+  // Qt keeps a window's pixels when their density changes, and so changes its points.
+  if (!m_retired && size() != m_place.size() && devicePixelRatio() != m_ratio) {
+    setGeometry(m_place);
+  }
 }
 
 void DesktopPetWindow::wake() {
@@ -168,6 +176,9 @@ void DesktopPetWindow::wake() {
 void DesktopPetWindow::tick() {
   m_ground.scene.advance(m_ground.clock.instant());
   QRegion changed;
+  if (devicePixelRatio() != m_ratio) {
+    changed += QRect(QPoint(), size());
+  }
   if (m_ground.scene.revision() != m_drawnRevision) {
     changed += spriteRect();
   }
@@ -202,10 +213,12 @@ void DesktopPetWindow::draw(const QRegion &changed) {
   }
   const QRect whole(QPoint(), size());
   const Instant now = m_ground.clock.instant();
-  if (m_store.size() != size()) {
+  bool all = m_drawnRevision == nothingDrawn || changed.boundingRect() == whole;
+  if (m_store.size() != size() || m_ratio != devicePixelRatio()) {
     m_store.resize(size());
+    m_ratio = devicePixelRatio();
+    all = true;
   }
-  const bool all = m_drawnRevision == nothingDrawn || changed.boundingRect() == whole;
   const QRegion dirty = all ? QRegion(whole) : changed & whole;
   m_store.beginPaint(dirty);
   {

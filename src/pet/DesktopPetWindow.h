@@ -20,7 +20,8 @@ namespace morvo {
 /// above. It takes no focus, and clicks on its empty pixels go to the window below. Main thread.
 ///
 /// It draws only when the picture has changed, driven by one timer at the rate of the scene; while
-/// nothing of it is on the screen it neither draws nor lets the scene's time pass.
+/// nothing of it is on the screen it neither draws nor lets the scene's time pass. It keeps its
+/// size in points where it comes onto a monitor of another density, or that of its monitor changes.
 class DesktopPetWindow final : public QWindow {
 public:
   /// What the window stands on; all of it outlives the window or its `retire`.
@@ -62,6 +63,7 @@ public:
 
 protected:
   void exposeEvent(QExposeEvent *event) override;
+  void resizeEvent(QResizeEvent *event) override;
   void mousePressEvent(QMouseEvent *event) override;
   void mouseMoveEvent(QMouseEvent *event) override;
   void mouseReleaseEvent(QMouseEvent *event) override;
@@ -88,6 +90,8 @@ private:
   BubbleLook m_bubbleLook;
   QRect m_place;
   int m_spriteSide = 0;
+  /// Pixels to the point of the picture in the store.
+  double m_ratio = 0;
   Scheduler::Timer m_timer;
   Instant m_nextTick;
   std::uint64_t m_drawnRevision = 0;

@@ -57,8 +57,13 @@ protected:
   }
   [[nodiscard]] DesktopPetWindow &window() { return *m_controller.window(); }
   /// A point of the window in pixels of the screen.
-  [[nodiscard]] QPoint onScreen(QPoint place) {
-    return ((window().position() + place) * window().devicePixelRatio());
+  [[nodiscard]] QPoint onScreen(QPoint place) { return pixelAt(window().position() + place); }
+  /// A point of the desktop in pixels of the screen. Each monitor begins where its pixels do.
+  [[nodiscard]] static QPoint pixelAt(QPoint point) {
+    const QScreen *under = QGuiApplication::screenAt(point);
+    const QScreen *screen = under != nullptr ? under : QGuiApplication::primaryScreen();
+    const QPointF origin = screen->geometry().topLeft();
+    return (origin + (point - origin) * screen->devicePixelRatio()).toPoint();
   }
   [[nodiscard]] QPoint belly() {
     return window().spriteRect().center() + QPoint(0, window().spriteRect().height() / 5);
