@@ -100,10 +100,12 @@ const PetFiles &petFiles() {
 /// The pet on its stage, painted as its window does.
 class Show {
 public:
-  explicit Show(double ratio)
+  explicit Show(double ratio, const PetFiles &files = petFiles(), const QString &pet = persona)
       : m_ratio(ratio),
-        m_canvas(QSize(windowSide, windowSide) * ratio, QImage::Format_ARGB32_Premultiplied) {
-    m_sprites.setPersona(persona);
+        m_canvas(QSize(windowSide, windowSide) * ratio, QImage::Format_ARGB32_Premultiplied),
+        m_sprites(files), m_scene({stageSide, stageSide}, files, m_sprites,
+                                  Setting(m_settings, Environment()), m_clock, m_random) {
+    m_sprites.setPersona(pet);
     m_scene.present();
     m_scene.setQuietMode(true);
   }
@@ -139,13 +141,8 @@ private:
   NoSettings m_settings;
   SteppedClock m_clock;
   SeededRandomSource m_random{1};
-  MorvoSprites m_sprites{petFiles()};
-  PetScene m_scene{{stageSide, stageSide},
-                   petFiles(),
-                   m_sprites,
-                   Setting(m_settings, Environment()),
-                   m_clock,
-                   m_random};
+  MorvoSprites m_sprites;
+  PetScene m_scene;
   ScenePainter m_painter;
 };
 
@@ -159,9 +156,7 @@ double residentMegabytes() {
   return status.readAll().split(' ').at(1).toDouble() / pagesPerMegabyte;
 }
 
-/// A second of an idle pet. The argument is the device's pixel ratio in quarters.
-void idleSecond(benchmark::State &state) {
-  Show show(static_cast<double>(state.range(0)) / 4);
+void playSeconds(benchmark::State &state, Show &show) {
   show.playOnce();
   for (auto _ : state) {
     for (int frame = 0; frame < 16; ++frame) {
@@ -172,7 +167,33 @@ void idleSecond(benchmark::State &state) {
   state.counters["packedMB"] = static_cast<double>(show.painter().bytesPacked()) / 1e6;
   state.counters["decoded"] = static_cast<double>(show.painter().framesDecoded());
 }
+
+/// A second of an idle pet. The argument is the device's pixel ratio in quarters.
+void idleSecond(benchmark::State &state) {
+  Show show(static_cast<double>(state.range(0)) / 4);
+  playSeconds(state, show);
+}
 BENCHMARK(idleSecond)
+    ->Arg(4)
+    ->Arg(6)
+    ->Arg(8)
+    ->MeasureProcessCPUTime()
+    ->Unit(benchmark::kMillisecond);
+
+/// The same of a pet that the program brings.
+void builtInIdleSecond(benchmark::State &state, const char *pet) {
+  static const QTemporaryDir nobody;
+  const PetFiles files{.home = {nobody.path()}, .resources = QStringLiteral(MORVO_RESOURCES)};
+  Show show(static_cast<double>(state.range(0)) / 4, files, QString::fromLatin1(pet));
+  playSeconds(state, show);
+}
+BENCHMARK_CAPTURE(builtInIdleSecond, morvo, "morvo")
+    ->Arg(4)
+    ->Arg(6)
+    ->Arg(8)
+    ->MeasureProcessCPUTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(builtInIdleSecond, anime, "anime")
     ->Arg(4)
     ->Arg(6)
     ->Arg(8)

@@ -3,6 +3,9 @@
 #include <QByteArray>
 #include <QImage>
 
+#include <optional>
+#include <vector>
+
 namespace morvo {
 
 /// A picture at rest in a fraction of its memory, cheaper to take up again than a file is to decode
@@ -17,9 +20,16 @@ public:
   /// The same pixels in the same format; null when packed from a null picture, or out of memory.
   [[nodiscard]] QImage unpacked() const;
   /// Memory taken.
-  [[nodiscard]] qsizetype bytes() const { return m_bytes.size(); }
+  [[nodiscard]] qsizetype bytes() const;
 
 private:
+  /// Of a picture of few colours: the colour of each pixel as an index of `m_colors`; nothing for
+  /// any other.
+  [[nodiscard]] std::optional<QByteArray> indexed(const QImage &image);
+
+  /// The colours, where the picture has few; else empty.
+  std::vector<QRgb> m_colors;
+  /// A byte a pixel, or all pixels compressed.
   QByteArray m_bytes;
   QSize m_size;
   QImage::Format m_format = QImage::Format_Invalid;

@@ -33,6 +33,14 @@ QImage cropped(const QImage &picture, const SpriteFrame &frame) {
   return pixels == picture.rect() ? picture : picture.copy(pixels);
 }
 
+/// A frame shown no smaller than this is kept as it was read: drawing it, which turns it anyway,
+/// reduces it as well, and it keeps the few colours of a drawn frame, which pack well.
+constexpr double leastReduction = 0.9;
+
+bool isReduced(QSize size, QSize to, double least) {
+  return to.width() < least * size.width() || to.height() < least * size.height();
+}
+
 /// Rows of the device that are drawn at once. Qt gives a transformed picture of a hundred rows or
 /// more to a pool of threads, and waking them costs more than drawing that much.
 constexpr int mostRows = 64;
@@ -245,9 +253,9 @@ ScenePainter::Prepared ScenePainter::prepare(const SpriteFrame &frame, QSize pix
     return ready;
   }
   // Pixels that are blown up stay hard; pixels that are merged are averaged once, here.
-  ready.smooth = pixels.width() < whole.width() || pixels.height() < whole.height();
+  ready.smooth = isReduced(whole.size(), pixels, 1);
   whole = premultiplied(std::move(whole));
-  if (ready.smooth) {
+  if (isReduced(whole.size(), pixels, leastReduction)) {
     whole = premultiplied(whole.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
   }
   const QRect visible = AlphaBounds::pixels(whole, 0);
