@@ -21,6 +21,10 @@ DragTrack::DragTrack(QPointF pointer, QPoint window, Time at)
     : m_pressedAt(pointer), m_windowAt(window), m_samples{{pointer, at}} {}
 
 void DragTrack::move(QPointF pointer, Time at) {
+  if (at < m_samples.back().at) {
+    // The clock of the events begins anew every 49 days: no older sample can be told from a later.
+    m_samples = {{this->pointer(), at}};
+  }
   while (m_samples.size() > 1 && at - m_samples[1].at >= frameTime) {
     m_samples.pop_front();
   }

@@ -70,6 +70,20 @@ TEST_F(DragTrackTest, AMouseThatReportsAThousandTimesASecondThrowsLikeASlowOne) 
   EXPECT_EQ(m_track.lastWay(), QPointF(0, 0));
 }
 
+TEST_F(DragTrackTest, AClockThatBeginsAnewDuringADragLeavesTheHandAsFastAsItIs) {
+  // The server counts milliseconds in 32 bits.
+  DragTrack track({500, 400}, {450, 300}, milliseconds(0xFFFFFFF0));
+  track.move({900, 400}, milliseconds(0xFFFFFFFF));
+  track.move({902, 400}, milliseconds(15));
+  EXPECT_EQ(track.lastWay(), QPointF(2, 0));
+  track.move({903, 400}, milliseconds(23));
+  EXPECT_EQ(track.lastWay(), QPointF(3, 0));
+  track.move({904, 400}, milliseconds(35));
+  EXPECT_EQ(track.lastWay(), QPointF(2, 0));
+  EXPECT_FALSE(track.isThrow());
+  EXPECT_EQ(track.windowOrigin(), QPoint(854, 300));
+}
+
 TEST_F(DragTrackTest, KeepsNoMoreThanAFrameOfALongDrag) {
   moveBy({1, 0}, milliseconds(1), 100000);
   EXPECT_EQ(m_track.windowOrigin(), QPoint(100450, 300));
