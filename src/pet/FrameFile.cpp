@@ -1,13 +1,12 @@
 #include "pet/FrameFile.h"
 
+#include "pet/RegularFile.h"
+
 #include <QFile>
 #include <QImageReader>
 
 #include <algorithm>
 #include <chrono>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace morvo::FrameFile {
 namespace {
@@ -32,23 +31,6 @@ bool isSound(const QImageReader &reader) {
   return qint64{size.width()} * size.height() * (bits / 8) <= mostBytes;
 }
 
-/// Opens a regular file to read, and tells of it; nothing for any other file. Waits for no writer,
-/// as opening a pipe would.
-std::optional<struct stat> openRegular(const QString &path, QFile &file) {
-  const int descriptor =
-      ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (descriptor < 0) {
-    return std::nullopt;
-  }
-  struct stat status{};
-  if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
-      !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-    ::close(descriptor);
-    return std::nullopt;
-  }
-  return status;
-}
-
 /// Whether the file was written to its end.
 bool isWhole(QFile &file) {
   return file.seek(std::max<qint64>(file.size() - longestTail, 0)) &&
@@ -59,7 +41,7 @@ bool isWhole(QFile &file) {
 
 std::optional<SpriteFrame> probe(const QString &path) {
   QFile file;
-  const auto status = openRegular(path, file);
+  const auto status = RegularFile::open(path, file);
   if (!status) {
     return std::nullopt;
   }
@@ -84,7 +66,7 @@ std::optional<SpriteFrame> probe(const QString &path) {
 
 QImage decode(const QString &path) {
   QFile file;
-  if (!openRegular(path, file) || !isWhole(file) || !file.seek(0)) {
+  if (!RegularFile::open(path, file) || !isWhole(file) || !file.seek(0)) {
     return {};
   }
   QImageReader reader(&file, frameFormat);

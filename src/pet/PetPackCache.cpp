@@ -1,10 +1,9 @@
 #include "pet/PetPackCache.h"
 
-#include <QFile>
+#include "pet/RegularFile.h"
 
 #include <algorithm>
 #include <ctime>
-#include <sys/stat.h>
 
 namespace morvo {
 namespace {
@@ -23,27 +22,21 @@ bool hasSettled(const struct stat &status) {
          (written.tv_sec == now.tv_sec && written.tv_nsec < now.tv_nsec);
 }
 
-std::optional<PetPack> decode(const QString &path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? petPackFromJson(file.read(PetPackCache::largestFile))
-                                        : std::nullopt;
-}
-
 } // namespace
 
 std::optional<PetPack> PetPackCache::load(const QString &path) {
-  struct stat status{};
-  if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode) ||
-      status.st_size > largestFile) {
+  QFile file;
+  const auto status = RegularFile::open(path, file);
+  if (!status || status->st_size > largestFile) {
     return std::nullopt;
   }
-  const Stamp stamp{static_cast<std::int64_t>(status.st_dev),
-                    static_cast<std::int64_t>(status.st_ino),
-                    status.st_size,
-                    status.st_mtim.tv_sec,
-                    status.st_mtim.tv_nsec,
-                    status.st_ctim.tv_sec,
-                    status.st_ctim.tv_nsec};
+  const Stamp stamp{static_cast<std::int64_t>(status->st_dev),
+                    static_cast<std::int64_t>(status->st_ino),
+                    status->st_size,
+                    status->st_mtim.tv_sec,
+                    status->st_mtim.tv_nsec,
+                    status->st_ctim.tv_sec,
+                    status->st_ctim.tv_nsec};
   const auto known = std::ranges::find(m_entries, path, &Entry::path);
   if (known != m_entries.end() && known->stamp == stamp) {
     m_entries.splice(m_entries.begin(), m_entries, known);
@@ -52,8 +45,8 @@ std::optional<PetPack> PetPackCache::load(const QString &path) {
   if (known != m_entries.end()) {
     m_entries.erase(known);
   }
-  const bool settled = hasSettled(status);
-  auto pack = decode(path);
+  const bool settled = hasSettled(*status);
+  auto pack = petPackFromJson(file.read(largestFile));
   ++m_filesDecoded;
   if (settled) {
     m_entries.push_front({path, stamp, pack});
