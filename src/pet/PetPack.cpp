@@ -69,12 +69,10 @@ std::optional<double> real(const QJsonValue &value) {
   return value.isDouble() ? std::optional(value.toDouble()) : std::nullopt;
 }
 
-std::optional<int> integer(const QJsonValue &value) {
-  const double number = value.toDouble(std::numeric_limits<double>::quiet_NaN());
-  constexpr double lowest = std::numeric_limits<int>::min();
-  constexpr double highest = std::numeric_limits<int>::max();
-  const bool fits = number >= lowest && number <= highest && std::trunc(number) == number;
-  return fits ? std::optional(static_cast<int>(number)) : std::nullopt;
+std::optional<qint64> integer(const QJsonValue &value) {
+  // What is no whole number within 64 bits gives the fallback, whichever that is.
+  const qint64 number = value.toInteger(0);
+  return number == value.toInteger(1) ? std::optional(number) : std::nullopt;
 }
 
 std::optional<QStringList> texts(const QJsonValue &value) {

@@ -54,7 +54,7 @@ struct PetPack {
     QString action;
     std::optional<LineBucket> lineBucket;
     bool notify = false;
-    std::optional<int> priority; ///< Higher wins; none counts as 0.
+    std::optional<qint64> priority; ///< Higher wins; none counts as 0.
 
     bool operator==(const ReactionRule &) const = default;
   };
@@ -86,10 +86,10 @@ struct PetPack {
     bool operator==(const MotionProfile &) const = default;
   };
 
-  int schemaVersion = 1;
+  qint64 schemaVersion = 1;
   QString id;
   QString displayName;
-  int tier = 2;
+  qint64 tier = 2;
   QString personaPrompt;
   std::optional<Generation> generation;
   std::optional<MotionProfile> motion;

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <limits>
 
 namespace morvo {
 namespace {
@@ -50,12 +51,18 @@ TEST(PetPackTest, aFieldOfTheWrongTypeCostsOnlyItself) {
 
 TEST(PetPackTest, integersThatDoNotFitTakeTheDefault) {
   for (const QByteArray number :
-       {"2147483648", "-2147483649", "1e300", "1.5", "99999999999999999999"}) {
+       {"9223372036854775808", "-9223372036854777856", "1e300", "1.5", "99999999999999999999"}) {
     const PetPack pack = decoded("{\"schemaVersion\":" + number + ",\"tier\":" + number + "}");
     EXPECT_EQ(pack.schemaVersion, 1) << number.constData();
     EXPECT_EQ(pack.tier, 2) << number.constData();
   }
-  EXPECT_EQ(decoded(R"({"tier":2147483647})").tier, 2147483647);
+  for (const qint64 number :
+       {std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min(), qint64{3000000000},
+        qint64{-9007199254740993}}) {
+    const PetPack pack = decoded("{\"tier\":" + QByteArray::number(number) + "}");
+    EXPECT_EQ(pack.tier, number);
+    EXPECT_EQ(petPackFromJson(Json::pretty(toJson(pack)))->tier, number);
+  }
   EXPECT_EQ(decoded(R"({"tier":3.0})").tier, 3);
 }
 
@@ -140,6 +147,14 @@ TEST(PetPackTest, theActionFollowsPriorityAndTheNotificationTheFileOrder) {
   EXPECT_EQ(pack.actionID(PetEventKind::agentDone), QStringLiteral("high"));
   EXPECT_FALSE(pack.notify(PetEventKind::agentDone, true));
   EXPECT_EQ(pack.lineBucketFor(PetEventKind::agentDone), std::nullopt);
+}
+
+TEST(PetPackTest, aPriorityOfMoreThanThirtyTwoBitsRanks) {
+  const PetPack pack = decoded(R"({"reactions":[
+      {"event":"idle","action":"low","priority":-3000000000},{"event":"idle","action":"none"},
+      {"event":"idle","action":"one","priority":1},
+      {"event":"idle","action":"most","priority":3000000000}]})");
+  EXPECT_EQ(pack.actionID(PetEventKind::idle), QStringLiteral("most"));
 }
 
 TEST(PetPackTest, absentPriorityCountsAsZeroAndTheFirstListedWinsATie) {
