@@ -1,5 +1,6 @@
 #include "pet/PetMenuHandler.h"
 
+#include "base/VisibleText.h"
 #include "pet/FrameSetName.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace {
 using Entry = ContextMenu::Entry;
 
 constexpr double scaleStep = 0.2;
+constexpr qsizetype longestName = 40; ///< In characters.
 const QString presentMode = QStringLiteral("  ✓");
 const QString presentPet = QStringLiteral(" ✓");
 
@@ -19,14 +21,21 @@ Entry hint(const QString &text) { return {.title = text}; }
 
 Entry separator() { return {}; }
 
+/// A name that a pack or a person has chosen, fit for a menu: a line of a length that leaves the
+/// screen free, without the tab behind which menus show a shortcut.
+QString entryName(const QString &name) {
+  return VisibleText::shortened(name.simplified(), longestName);
+}
+
 QString titleOf(const PetMenuAction &action) {
+  const QString name = entryName(action.label);
   if (!action.hasFrames) {
-    return action.label + QStringLiteral("（未生成）");
+    return name + QStringLiteral("（未生成）");
   }
   if (action.frameSet == FrameSetName::idle) {
-    return action.label + QStringLiteral("（待机）");
+    return name + QStringLiteral("（待机）");
   }
-  return action.isLoop ? action.label + QStringLiteral("（循环）") : action.label;
+  return action.isLoop ? name + QStringLiteral("（循环）") : name;
 }
 
 } // namespace
@@ -100,7 +109,8 @@ std::vector<Entry> PetMenuHandler::petEntries(PetInteractions &interactions) {
 }
 
 Entry PetMenuHandler::petEntry(PetInteractions &interactions, const PetChoice &choice) {
-  return {choice.isPresent ? choice.name + presentPet : choice.name,
+  const QString name = entryName(choice.name);
+  return {choice.isPresent ? name + presentPet : name,
           [&interactions, id = choice.id] { interactions.choosePet(id); }};
 }
 

@@ -225,6 +225,22 @@ INSTANTIATE_TEST_SUITE_P(
                               {text("动作参数丢失")}}),
     [](const auto &row) { return row.param.name; });
 
+TEST_F(PetMenuActionTest, StrangersNamesAreShortAndOnOneLine) {
+  const QString endless(20000, u'长');
+  const QString shown = QString(40, u'长') + QStringLiteral("……");
+  const QString torn = QStringLiteral("打\t招\n呼  ❤️");
+  m_catalog = {{endless, endless, endless, true, true}, {text("x"), text("x"), torn, true, false}};
+  m_interactions.choices = {{text("custom-1"), endless, true}, {text("custom-2"), torn, false}};
+  test::FakeContextMenu menu;
+  menu.popUp(entries(), {});
+  EXPECT_EQ(test::FakeContextMenu::titles(menu.entry(text("做动作…")).entries),
+            QStringList({shown + text("（循环）"), text("打 招 呼 ❤️")}));
+  EXPECT_EQ(test::FakeContextMenu::titles(menu.entry(text("换形象")).entries),
+            QStringList({shown + text(" ✓"), text("打 招 呼 ❤️")}));
+  menu.choose(shown + text("（循环）"));
+  EXPECT_EQ(m_interactions.actions, QStringList{endless});
+}
+
 TEST_F(PetMenuActionTest, AnEmptyCatalogueHasNoSubmenu) {
   EXPECT_FALSE(test::FakeContextMenu::titles(entries()).contains(QStringLiteral("做动作…")));
 }
