@@ -25,6 +25,7 @@ protected:
     m_prompt.setStore(m_store.get());
     m_prompt.setWindow(&m_window);
     m_prompt.setCardShown(true);
+    m_prompt.setEndShown(true);
   }
 
   /// The command that Claude Code finds in its settings for this tool.
