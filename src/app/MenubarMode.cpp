@@ -37,7 +37,8 @@ void run(const QStringList &fields, const PetFiles &files) {
   const auto icons = MenubarFrames(files).idle(fields.at(0), iconSide, 1);
   // Whoever asked for the picture looks at the file; there is nobody else to tell.
   static_cast<void>(strip(icons).save(output, "PNG"));
-  Diagnostics::line(u"MENUBAR", QStringLiteral("%1 frames %2").arg(output).arg(icons.size()));
+  Diagnostics::line(u"MENUBAR",
+                    QStringLiteral("%1 frames %2").arg(output, QString::number(icons.size())));
 }
 
 } // namespace morvo::MenubarMode

@@ -68,9 +68,8 @@ FileLayer::Result<Temporary> createTemporary(FileLayer &files, const QString &ta
   const QFileInfo info(target);
   for (int attempt = 0;; ++attempt) {
     const QString name = QStringLiteral(".%1.%2-%3.tmp")
-                             .arg(info.fileName().left(100))
-                             .arg(::getpid())
-                             .arg(counter.fetch_add(1));
+                             .arg(info.fileName().left(100), QString::number(::getpid()),
+                                  QString::number(counter.fetch_add(1)));
     QString path = QDir(info.path()).filePath(name);
     auto descriptor = files.create(path, temporaryMode);
     if (descriptor) {

@@ -224,7 +224,7 @@ TEST_F(EntryModesTest, aPetWithoutTrayIconsGivesAnEmptyStrip) {
 
 TEST_F(EntryModesTest, trayIconsThatCannotBeWrittenAreToldAllTheSame) {
   frames(QStringLiteral("idle"), {Qt::red});
-  const QString nowhere = path(QStringLiteral("missing/icons.png"));
+  const QString nowhere = path(QStringLiteral("missing/100%1 %2.png"));
   set("MORVO_MENUBAR", pet + u':' + nowhere + QStringLiteral(":more"));
   EXPECT_TRUE(take());
   EXPECT_THAT(m_lines,
