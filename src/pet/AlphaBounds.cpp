@@ -1,6 +1,7 @@
 #include "pet/AlphaBounds.h"
 
 #include <algorithm>
+#include <span>
 
 namespace morvo::AlphaBounds {
 namespace {
@@ -34,6 +35,19 @@ QRect pixels(const QImage &image, int faintest) {
     bottom = y;
   }
   return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
+int strongest(const QImage &image) {
+  const QImage argb = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  constexpr int solid = 255;
+  int most = 0;
+  for (int y = 0; y < argb.height() && most < solid; ++y) {
+    const auto *const begin = reinterpret_cast<const QRgb *>(argb.constScanLine(y));
+    for (const QRgb pixel : std::span(begin, static_cast<std::size_t>(argb.width()))) {
+      most = std::max(most, qAlpha(pixel));
+    }
+  }
+  return most;
 }
 
 std::optional<QRectF> normalised(const QImage &image, int longestSide) {

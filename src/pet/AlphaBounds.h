@@ -20,4 +20,7 @@ namespace morvo::AlphaBounds {
 /// The box in pixels around all pixels with an alpha above `faintest`; empty when there is none.
 [[nodiscard]] QRect pixels(const QImage &image, int faintest);
 
+/// The largest alpha of any pixel, 0 to 255; 0 of a null picture.
+[[nodiscard]] int strongest(const QImage &image);
+
 } // namespace morvo::AlphaBounds

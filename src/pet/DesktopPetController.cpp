@@ -11,7 +11,6 @@
 #include <QPalette>
 
 #include <algorithm>
-#include <iterator>
 
 namespace morvo {
 namespace {
@@ -163,6 +162,7 @@ void DesktopPetController::setScale(double scale) {
         PanelGeometry::resized(m_window->place(), PanelGeometry::panelSize(m_scale));
     m_motion->windowPlaced(place);
     m_window->resizeTo(place, PanelGeometry::spriteSide(m_scale));
+    m_motion->recoverIfOutOfReach();
   }
 }
 
@@ -314,10 +314,7 @@ void DesktopPetController::recoverIfUnreachable() {
     // A hand brings it back when it lets go. One that is elsewhere has let go unseen.
     return;
   }
-  const auto areas = m_screens->areas();
-  std::vector<QRect> workAreas;
-  std::ranges::transform(areas, std::back_inserter(workAreas), &Screens::Area::workArea);
-  if (!workAreas.empty() && !PanelGeometry::isReachable(m_window->place(), workAreas)) {
+  if (!m_motion->isWithinReach()) {
     m_motion->place(defaultPlace(m_window->size()).topLeft());
   }
 }

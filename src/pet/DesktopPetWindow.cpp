@@ -23,8 +23,8 @@ constexpr Duration leastBetweenOrders = fadeStep;
 /// A notch of the wheel turns by this much, and scrolls by as much as three lines of text.
 constexpr double angleOfNotch = 120;
 constexpr double pixelsOfNotch = 40;
-/// A pixel of the full pet that is fainter than this is only its glow.
-constexpr double inkAlpha = 110;
+/// What is fainter than this share of the pet's strongest pixel is only its glow.
+constexpr double inkShare = 110.0 / 255;
 /// Taking clicks needs no finer outline than this, nor a fresher one.
 constexpr int inputCell = 4;
 constexpr Duration inputAge = std::chrono::milliseconds(250);
@@ -259,7 +259,8 @@ void DesktopPetWindow::updateRegions(bool whole) {
   if (image == nullptr) {
     return;
   }
-  const int alpha = std::max(1, static_cast<int>(std::lround(inkAlpha * m_ground.scene.opacity())));
+  const int alpha =
+      std::max(1, static_cast<int>(std::lround(inkShare * m_painter.strongestAlpha())));
   QRegion bubble;
   if (!m_bubble.present().isEmpty()) {
     bubble = m_bubble.present().placeIn(bubbleArea());

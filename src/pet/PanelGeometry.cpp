@@ -11,6 +11,7 @@ constexpr double sideAtFullScale = 200;
 constexpr int sideWithoutScale = 280;
 /// Room beside the sprite, so that a leaning pet is not cut.
 constexpr int sideMargin = 32;
+static_assert(spriteKeepVisible == standardKeepVisible - sideMargin / 2);
 constexpr int rightGap = 16;
 constexpr int bottomGap = 70;
 
@@ -63,11 +64,20 @@ std::optional<std::size_t> screenOf(const QRect &panel, std::span<const QRect> f
   return best;
 }
 
+QRect spriteSquare(const QRect &panel) {
+  const int side = panel.height() - bubbleArea;
+  return {panel.x() + sideMargin / 2, panel.y() + bubbleArea, side, side};
+}
+
+QPoint reachableOrigin(const QRect &panel, const QRect &workArea) {
+  const QRect square = spriteSquare(panel);
+  return panel.topLeft() + recoveredOrigin(square, workArea, spriteKeepVisible) - square.topLeft();
+}
+
 bool isReachable(const QRect &panel, std::span<const QRect> workAreas) {
-  return std::ranges::any_of(workAreas, [&panel](const QRect &area) {
-    const QRect seen = panel & area;
-    return seen.width() >= std::min(standardKeepVisible, panel.width()) &&
-           seen.height() >= std::min(standardKeepVisible, panel.height());
+  return std::ranges::any_of(workAreas, [square = spriteSquare(panel)](const QRect &area) {
+    const QRect seen = square & area;
+    return seen.width() >= spriteKeepVisible && seen.height() >= spriteKeepVisible;
   });
 }
 

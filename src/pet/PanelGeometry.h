@@ -15,6 +15,8 @@ namespace morvo::PanelGeometry {
 inline constexpr int bubbleArea = 130;
 /// As much of the panel as a person can see and take hold of.
 inline constexpr int standardKeepVisible = 48;
+/// As much of the sprite as stands on the screen when that much of the panel's side does.
+inline constexpr int spriteKeepVisible = 32;
 
 /// Side of the square in which the sprite is shown; of the standard size without a scale.
 [[nodiscard]] int spriteSide(std::optional<double> scale);
@@ -32,7 +34,13 @@ inline constexpr int standardKeepVisible = 48;
 /// none.
 [[nodiscard]] std::optional<std::size_t> screenOf(const QRect &panel,
                                                   std::span<const QRect> frames);
-/// Whether enough of the panel lies on one of the work areas to be seen and taken hold of.
+/// The square of the panel in which the sprite stands, below the room for the bubble.
+[[nodiscard]] QRect spriteSquare(const QRect &panel);
+/// Where the panel belongs so that at least `spriteKeepVisible` of the sprite lies on the work
+/// area.
+[[nodiscard]] QPoint reachableOrigin(const QRect &panel, const QRect &workArea);
+/// Whether that much of the sprite lies on one of the work areas. The room for the bubble does not
+/// count: there is nothing to be seen of it, nor to take hold of.
 [[nodiscard]] bool isReachable(const QRect &panel, std::span<const QRect> workAreas);
 
 } // namespace morvo::PanelGeometry

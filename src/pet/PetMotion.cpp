@@ -149,6 +149,20 @@ void PetMotion::recoverIfOffscreen() {
   }
 }
 
+void PetMotion::recoverIfOutOfReach() {
+  const auto area = workArea();
+  if (!isMoving() && !isWithinReach() && area) {
+    m_ground.window.moveTo(PanelGeometry::reachableOrigin(m_ground.window.place(), *area));
+  }
+}
+
+bool PetMotion::isWithinReach() const {
+  std::vector<QRect> workAreas;
+  std::ranges::transform(m_ground.screens.areas(), std::back_inserter(workAreas),
+                         &Screens::Area::workArea);
+  return workAreas.empty() || PanelGeometry::isReachable(m_ground.window.place(), workAreas);
+}
+
 void PetMotion::windowPlaced(const QRect &panel) {
   if (isStrolling()) {
     m_walk.startX += panel.x() - m_ground.window.place().x();

@@ -58,6 +58,11 @@ public:
   void place(QPoint origin);
   /// Takes the pet back so far that it can be seen and taken hold of.
   void recoverIfOffscreen();
+  /// The same for a pet that was made smaller; nothing while something moves it.
+  void recoverIfOutOfReach();
+  /// Whether enough of the pet is on a screen to be seen and taken hold of; true where there is no
+  /// screen at all.
+  [[nodiscard]] bool isWithinReach() const;
   /// Somebody else is about to move or size the window; a flight or a walk goes on from there.
   void windowPlaced(const QRect &panel);
 

@@ -73,6 +73,7 @@ struct ScenePainter::Prepared {
   PackedPicture packed; ///< The image, when it is kept so.
   QRectF part; ///< What `image` covers, in fractions of the frame from its top left corner.
   bool smooth = true;
+  int strongestAlpha = 0; ///< Of the pixels in `image`, 0 to 255.
 
   [[nodiscard]] Budget bytes() const {
     return {.pictures = image.sizeInBytes(), .packed = packed.bytes()};
@@ -117,9 +118,11 @@ void ScenePainter::paint(QPainter &painter, const PetScene &scene, const QRectF 
   std::vector<Item> items;
   collect(scene.root(), base, 1, 0, items);
   std::ranges::stable_sort(items, {}, &Item::z);
+  m_strongestAlpha = 0;
   for (const Item &item : items) {
     if (const Prepared *picture = pictureOf(item, scale * devicePixelRatio)) {
       drawSprite(painter, item, *picture);
+      m_strongestAlpha = std::max(m_strongestAlpha, picture->strongestAlpha * item.alpha);
     }
     drawLabel(painter, item);
   }
@@ -266,6 +269,7 @@ ScenePainter::Prepared ScenePainter::prepare(const SpriteFrame &frame, QSize pix
   const QRect content = visible.adjusted(-1, -1, 1, 1).intersected(whole.rect());
   const QSizeF size = whole.size();
   ready.image = content == whole.rect() ? whole : whole.copy(content);
+  ready.strongestAlpha = AlphaBounds::strongest(ready.image);
   ready.part = QRectF(content.x() / size.width(), content.y() / size.height(),
                       content.width() / size.width(), content.height() / size.height());
   return ready;

@@ -40,6 +40,9 @@ public:
   void paint(QPainter &painter, const PetScene &scene, const QRectF &target,
              double devicePixelRatio);
 
+  /// The alpha of the strongest pixel among the frames drawn by the last `paint`, 0 to 255, faded
+  /// as they were; 0 when it drew none.
+  [[nodiscard]] double strongestAlpha() const { return m_strongestAlpha; }
   /// Bytes of pixels kept now as they are drawn.
   [[nodiscard]] qsizetype bytesKept() const { return m_kept.pictures; }
   /// Bytes of packed frames kept now.
@@ -73,6 +76,7 @@ private:
   Budget m_budget;
   Budget m_kept;
   std::uint64_t m_framesDecoded = 0;
+  double m_strongestAlpha = 0;
   /// The set in play first.
   std::list<FrameSet> m_sets;
   /// What each node showed at the last painting. A node is known by its address alone, which is

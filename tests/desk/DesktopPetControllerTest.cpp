@@ -156,6 +156,62 @@ TEST_F(DesktopPetControllerTest, APetWhoseMonitorIsTakenAwayComesBackToTheDefaul
   EXPECT_EQ(window.position(), place);
 }
 
+TEST_F(DesktopPetControllerTest, APetOfWhichOnlyTheRoomForItsWordsIsLeftComesBack) {
+  m_screens.change({{{0, 0, 2560, 1440}, {0, 0, 2560, 1440}}});
+  DesktopPetWindow &window = shown();
+  window.moveTo({500, 960});
+  m_screens.change({{{0, 0, 1920, 1080}, {0, 0, 1920, 1080}}});
+  EXPECT_EQ(window.position(), QPoint(1920 - 16 - 312, 1080 - 70 - 410));
+}
+
+struct ShrinkRow {
+  const char *name;
+  QPoint before;
+  QPoint after;
+};
+
+class ShrinkingPetTest : public DesktopPetControllerTest,
+                         public testing::WithParamInterface<ShrinkRow> {};
+
+// From a window of 312 by 410 to one of 192 by 290, on a work area from (0, 30) to (1280, 800).
+TEST_P(ShrinkingPetTest, StaysWithinReach) {
+  DesktopPetWindow &window = shown();
+  window.moveTo(GetParam().before);
+  m_controller->setScale(0.8);
+  EXPECT_EQ(window.place(), QRect(GetParam().after, QSize(192, 290)));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, ShrinkingPetTest,
+    testing::Values(ShrinkRow{"inTheMiddle", {500, 200}, {620, 320}},
+                    ShrinkRow{"halfOutsideOnTheRight", {1200, 200}, {1232, 320}},
+                    ShrinkRow{"halfOutsideAtTheBottom", {500, 560}, {620, 638}},
+                    ShrinkRow{"onTheLeft", {-264, 200}, {-144, 320}},
+                    ShrinkRow{"atTheTop", {500, -332}, {620, -212}},
+                    ShrinkRow{"inTheCorner", {1232, 752}, {1232, 638}}),
+    [](const auto &row) { return row.param.name; });
+
+TEST_F(DesktopPetControllerTest, APetThatIsMadeSmallerInAHandIsTakenBackWhenItIsLetGo) {
+  DesktopPetWindow &window = shown();
+  const QPointF at = window.position() + QPoint(150, 300);
+  mouse(window, QEvent::MouseButtonPress, at, 1000);
+  mouse(window, QEvent::MouseMove, at + QPointF(1200 - window.x(), 0), 2000);
+  mouse(window, QEvent::MouseMove, at + QPointF(1200 - window.x(), 0), 3000);
+  const int right = window.place().x() + window.place().width();
+  m_controller->setScale(0.8);
+  EXPECT_EQ(window.place().x() + window.place().width(), right);
+}
+
+TEST_F(DesktopPetControllerTest, APetThatReachesOntoAnotherMonitorIsLeftThere) {
+  auto two = m_screens.areas();
+  two.push_back({{1280, 0, 1920, 1080}, {1280, 0, 1920, 1080}});
+  m_screens.change(two);
+  DesktopPetWindow &window = shown();
+  window.moveTo({1100, 200});
+  m_controller->setScale(0.8);
+  EXPECT_EQ(window.position(), QPoint(1220, 320));
+}
+
 TEST_F(DesktopPetControllerTest, WhileNoMonitorIsThereThePetStaysForTheNext) {
   DesktopPetWindow &window = shown();
   const QPoint place = window.position();

@@ -46,13 +46,34 @@ TEST(PanelGeometryTest, ResizingKeepsTheRightAndBottomEdges) {
   }
 }
 
-TEST(PanelGeometryTest, IsReachableWhileFortyEightPointsLieOnAWorkArea) {
-  const std::array areas{QRect(0, 0, 1280, 800)};
-  EXPECT_TRUE(PanelGeometry::isReachable({1280 - 48, 100, 312, 410}, areas));
-  EXPECT_FALSE(PanelGeometry::isReachable({1280 - 47, 100, 312, 410}, areas));
-  EXPECT_TRUE(PanelGeometry::isReachable({100, 48 - 410, 312, 410}, areas));
-  EXPECT_FALSE(PanelGeometry::isReachable({100, 47 - 410, 312, 410}, areas));
+struct ReachRow {
+  const char *name;
+  QRect panel;
+  bool isReachable;
+};
+
+class ReachTest : public testing::TestWithParam<ReachRow> {};
+
+// The sprite's square begins 16 points from the sides of the panel and 130 below its top.
+TEST_P(ReachTest, TakesThirtyTwoPointsOfTheSpriteOnTheWorkArea) {
+  const std::array areas{QRect(0, 30, 1280, 770)};
+  EXPECT_EQ(PanelGeometry::isReachable(GetParam().panel, areas), GetParam().isReachable);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, ReachTest,
+    testing::Values(ReachRow{"inTheMiddle", {500, 200, 312, 410}, true},
+                    ReachRow{"atTheRightEdge", {1280 - 48, 100, 312, 410}, true},
+                    ReachRow{"beyondTheRightEdge", {1280 - 47, 100, 312, 410}, false},
+                    ReachRow{"atTheLeftEdge", {48 - 312, 100, 312, 410}, true},
+                    ReachRow{"beyondTheLeftEdge", {47 - 312, 100, 312, 410}, false},
+                    ReachRow{"atTheTopEdge", {100, 30 + 32 - 410, 312, 410}, true},
+                    ReachRow{"beyondTheTopEdge", {100, 30 + 31 - 410, 312, 410}, false},
+                    ReachRow{"atTheBottomEdge", {100, 800 - 130 - 32, 312, 410}, true},
+                    ReachRow{"beyondTheBottomEdge", {100, 800 - 130 - 31, 312, 410}, false},
+                    ReachRow{"withOnlyTheRoomForItsWords", {100, 800 - 48, 312, 410}, false},
+                    ReachRow{"smallBelowAllOfItsWords", {100, 800 - 130, 192, 290}, false}),
+    [](const auto &row) { return row.param.name; });
 
 TEST(PanelGeometryTest, IsReachableOnAnyOfTheMonitors) {
   const std::array areas{QRect(0, 0, 1280, 800), QRect(1280, 0, 1920, 1080)};

@@ -45,6 +45,67 @@ TEST_F(RealDesktopPetTest, AFaintPetStillTakesClicks) {
   EXPECT_TRUE(PrivateDesktop::waitUntil([this] { return m_interactions.taps == 1; }));
 }
 
+struct FaintRow {
+  const char *name;
+  int alpha;
+  double opacity;
+};
+
+/// A pet through which the desktop shines everywhere, in a glow of a third of that.
+class FaintPetTest : public RealDesktopPetTest, public testing::WithParamInterface<FaintRow> {
+protected:
+  void showFaintPet() {
+    const QString folder = m_home.path() + QStringLiteral("/.morvo/pets/custom-1/idle/");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    QImage frame(20, 20, QImage::Format_ARGB32);
+    frame.fill(QColor(0, 0, 255, GetParam().alpha / 3));
+    for (int y = 5; y < 20; ++y) {
+      for (int x = 5; x < 15; ++x) {
+        frame.setPixelColor(x, y, QColor(0, 0, 255, GetParam().alpha));
+      }
+    }
+    for (const QString &name : {QStringLiteral("1.png"), QStringLiteral("2.png")}) {
+      ASSERT_TRUE(frame.save(folder + name, "PNG"));
+    }
+    m_controller.setPersona(QStringLiteral("custom-1"));
+    m_controller.setOpacity(GetParam().opacity);
+    show();
+  }
+  [[nodiscard]] QPoint glow() {
+    return {window().spriteRect().x() + window().spriteRect().width() / 8, belly().y()};
+  }
+};
+
+TEST_P(FaintPetTest, TakesClicksWhereItIsNotOnlyItsGlow) {
+  startCompositor();
+  ASSERT_NO_FATAL_FAILURE(showFaintPet());
+  clickAt(onScreen(belly()));
+  EXPECT_TRUE(PrivateDesktop::waitUntil([this] { return m_interactions.taps == 1; }));
+  clickAt(onScreen(glow()));
+  EXPECT_TRUE(PrivateDesktop::waitUntil([this] { return m_below.clicks() == 1; }));
+  // Hearts are stronger than the pet, and no measure of it.
+  m_controller.emitHearts();
+  const std::uint64_t before = window().drawings();
+  ASSERT_TRUE(PrivateDesktop::waitUntil([&] { return window().drawings() > before + 8; }));
+  clickAt(onScreen(belly()));
+  EXPECT_TRUE(PrivateDesktop::waitUntil([this] { return m_interactions.taps == 2; }));
+}
+
+TEST_P(FaintPetTest, IsSeenWithoutACompositor) {
+  ASSERT_FALSE(m_windows.isCompositing());
+  ASSERT_NO_FATAL_FAILURE(showFaintPet());
+  EXPECT_TRUE(screenComesToShow([this](const QImage &image) {
+    return !isPaper(image, onScreen(belly())) && isPaper(image, onScreen(glow()));
+  }));
+  keep(QStringLiteral("shaped-") + QString::fromLatin1(GetParam().name));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, FaintPetTest,
+                         testing::Values(FaintRow{"solid", 255, 1}, FaintRow{"faint", 100, 1},
+                                         FaintRow{"faded", 255, 0.3},
+                                         FaintRow{"faintAndFaded", 100, 0.5}),
+                         [](const auto &row) { return row.param.name; });
+
 TEST_F(RealDesktopPetTest, AClickBesideThePetReachesTheWindowBelow) {
   startCompositor();
   show();

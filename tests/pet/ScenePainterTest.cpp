@@ -388,6 +388,20 @@ TEST_F(ScenePainterTest, thePetWithoutFramesIsPainted) {
   EXPECT_EQ(image.pixelColor(1, 1).alpha(), 0);
 }
 
+TEST_F(ScenePainterTest, tellsHowStrongThePetIsAndNotItsHearts) {
+  ScenePainter painter;
+  EXPECT_EQ(painter.strongestAlpha(), 0);
+  frames(2, {8, 8}, QColor(255, 0, 0, 100));
+  present();
+  static_cast<void>(painted(painter));
+  EXPECT_EQ(painter.strongestAlpha(), 100);
+  m_scene.setOpacity(0.5);
+  m_scene.emitHearts();
+  pass(0.3);
+  static_cast<void>(painted(painter));
+  EXPECT_EQ(painter.strongestAlpha(), 50);
+}
+
 TEST_F(ScenePainterTest, heartsArePaintedAboveThePet) {
   frames(1, {180, 180}, Qt::black);
   present();
