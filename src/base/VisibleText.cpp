@@ -9,9 +9,13 @@ namespace morvo::VisibleText {
 namespace {
 
 constexpr char32_t ideographicBlank = 0x3000;
+/// Vowels that count as letters, and yet do not part from the one before.
+constexpr char32_t thaiSaraAm = 0x0E33;
+constexpr char32_t laoAm = 0x0EB3;
 constexpr int leastDigits = 4;
 constexpr int hexadecimal = 16;
-/// More marks on one letter than any writing has reach over the lines above and below.
+/// More marks on one letter than any writing has reach over the lines above and below, or past the
+/// end of their own.
 constexpr int mostMarks = 4;
 /// Has no width, and ends what is to its left for the rules of mixed directions.
 constexpr QChar leftToRightMark(0x200E);
@@ -55,9 +59,16 @@ char32_t characterAt(const QString &text, qsizetype index) {
              : char32_t(first.unicode());
 }
 
+/// Whether it stays with the letter before it, so that a line cannot break between them.
 bool isMark(char32_t character) {
-  const auto category = QChar::category(character);
-  return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing;
+  switch (QChar::category(character)) {
+  case QChar::Mark_NonSpacing:
+  case QChar::Mark_Enclosing:
+  case QChar::Mark_SpacingCombining:
+    return true;
+  default:
+    return character == thaiSaraAm || character == laoAm;
+  }
 }
 
 bool isRightToLeft(char32_t character) {
