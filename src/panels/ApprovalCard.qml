@@ -111,7 +111,7 @@ Rectangle {
                     look: card.look
                     size: 12
                     text: card.prompt.summary
-                    font.family: "Noto Sans Mono CJK SC"
+                    font.family: card.look.fixedFamily
                     wrapMode: Text.WrapAnywhere
                     color: card.look.textOn(card.look.foam, 0.9, card.look.card)
                 }

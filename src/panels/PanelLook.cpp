@@ -6,6 +6,7 @@
 #include "pet/PetPalette.h"
 
 #include <QEvent>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -15,6 +16,9 @@ namespace {
 constexpr int middleLightness = 128;
 /// The strongest ground of a card, of `foam` on the panel.
 constexpr double cardOpacity = 0.06;
+
+/// Its Chinese letters are just two of the others wide.
+const QString chineseFixedFamily = QStringLiteral("Noto Sans Mono CJK SC");
 
 const AdaptiveColor orangeColor{QColor(0xc9, 0x5f, 0x06), QColor(0xff, 0xa0, 0x40)};
 const AdaptiveColor redColor{QColor(0xd1, 0x2f, 0x2f), QColor(0xff, 0x5d, 0x5d)};
@@ -67,6 +71,12 @@ QColor PanelLook::full(PanelTint::Tone tone) const {
     break;
   }
   return PetPalette::foam().in(m_isDark);
+}
+
+QString PanelLook::fixedFamily() {
+  return QFontDatabase::families().contains(chineseFixedFamily)
+             ? chineseFixedFamily
+             : QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
 }
 
 QColor PanelLook::abyss() const { return PetPalette::abyss().in(m_isDark); }

@@ -25,6 +25,7 @@ class PanelLook : public QObject {
   Q_PROPERTY(QColor onTheme READ onTheme NOTIFY changed)
   Q_PROPERTY(QColor coral READ coral NOTIFY changed)
   Q_PROPERTY(QColor orange READ orange NOTIFY changed)
+  Q_PROPERTY(QString fixedFamily READ fixedFamily CONSTANT)
   Q_PROPERTY(double fontScale READ fontScale NOTIFY changed)
 
 public:
@@ -45,6 +46,8 @@ public:
   [[nodiscard]] QColor onTheme() const;
   [[nodiscard]] QColor coral() const { return full(PanelTint::Tone::coral); }
   [[nodiscard]] QColor orange() const { return full(PanelTint::Tone::orange); }
+  /// The font in which a command is shown: all letters of one width.
+  [[nodiscard]] static QString fixedFamily();
   [[nodiscard]] double fontScale() const { return m_fontScale; }
 
   /// For areas and lines.

@@ -6,6 +6,8 @@
 #include "platform/SettingKeys.h"
 #include "platform/qt/AppearancePalettes.h"
 
+#include <QFontMetricsF>
+
 namespace morvo {
 namespace {
 
@@ -32,6 +34,12 @@ TEST_F(PanelLookTest, EveryToneCanBeReadInEveryThemeAndAppearance) {
       }
     }
   }
+}
+
+TEST_F(PanelLookTest, CommandsAreShownInLettersOfOneWidth) {
+  const QFontMetricsF metrics{QFont(PanelLook::fixedFamily())};
+  EXPECT_EQ(metrics.horizontalAdvance(u'i'), metrics.horizontalAdvance(u'W'));
+  EXPECT_EQ(metrics.horizontalAdvance(u'l'), metrics.horizontalAdvance(u' '));
 }
 
 TEST_F(PanelLookTest, FollowsTheSettingsWhenTheirChangeIsAnnounced) {
