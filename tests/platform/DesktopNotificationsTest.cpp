@@ -42,6 +42,7 @@ public:
 
   QStringList m_capabilities{QStringLiteral("body"), QStringLiteral("actions")};
   std::vector<Shown> m_shown;
+  std::vector<uint> m_closed;
   int m_asked = 0;
   bool m_refuses = false;
   bool m_hangs = false;
@@ -62,6 +63,8 @@ public:
     m_shown.push_back({application, replaced, title, body, actions, hints});
     return static_cast<uint>(m_shown.size()) + 40;
   }
+
+  Q_SLOT void CloseNotification(uint id) { m_closed.push_back(id); }
 
   Q_SIGNAL void ActionInvoked(uint id, const QString &action);
   Q_SIGNAL void NotificationClosed(uint id, uint reason);
@@ -203,6 +206,19 @@ TEST_F(DesktopNotificationsTest, AClickOnOneOfItsOwnIsTold) {
   const uint id = 41;
   Q_EMIT m_server->ActionInvoked(id, QStringLiteral("default"));
   EXPECT_TRUE(runUntil([this] { return m_activations == 1; }));
+}
+
+TEST_F(DesktopNotificationsTest, OneThatWasClickedIsTakenAwayAndNoOther) {
+  startServer();
+  open();
+  show(QStringLiteral("t"), QStringLiteral("b"));
+  show(QStringLiteral("u"), QStringLiteral("b"));
+  ASSERT_EQ(shown().title, QStringLiteral("u"));
+  settle();
+  Q_EMIT m_server->ActionInvoked(41, QStringLiteral("snooze"));
+  Q_EMIT m_server->ActionInvoked(41, QStringLiteral("default"));
+  EXPECT_TRUE(runUntil([this] { return m_server->m_closed == std::vector<uint>{41}; }));
+  EXPECT_EQ(m_activations, 1);
 }
 
 TEST_F(DesktopNotificationsTest, ClicksOnOthersOtherActionsAndClosedOnesAreNot) {

@@ -81,7 +81,14 @@ void DesktopNotifications::onActivated(std::function<void()> handler) {
 }
 
 void DesktopNotifications::actionInvoked(uint id, const QString &action) {
-  if (m_shown.contains(id) && action == defaultAction && m_activated) {
+  if (!m_shown.contains(id) || action != defaultAction) {
+    return;
+  }
+  // Not all services take away what has been answered, and it would stand before what it opened.
+  QDBusMessage close = serviceCall(QStringLiteral("CloseNotification"));
+  close << id;
+  m_bus.asyncCall(close, static_cast<int>(m_deadline.count()));
+  if (m_activated) {
     m_activated();
   }
 }
