@@ -115,7 +115,8 @@ std::vector<ProbedQuota> parseCautUsageJSON(const QByteArray &output) {
   const QJsonValue data =
       document.isArray() ? QJsonValue(document.array()) : document.object().value(u"data");
   std::vector<ProbedQuota> records;
-  for (const QJsonValue &element : data.toArray()) {
+  const QJsonArray elements = data.toArray();
+  for (const auto &element : elements) {
     if (auto record = recordOf(element.toObject())) {
       records.push_back(*std::move(record));
     }
