@@ -18,9 +18,9 @@ public:
   [[nodiscard]] virtual std::optional<QVariant> object(const QString &key) const = 0;
   virtual void set(const QString &key, const QVariant &value) = 0;
   virtual void remove(const QString &key) = 0;
-  /// Calls `change`, which reads and writes keys of this store, so that it happens as one step: no
-  /// thread or process sees a part of it or writes in between by this function, and a process that
-  /// dies in it has changed nothing. Not to be nested.
+  /// Calls `change`, which reads and writes keys by this object, so that it happens as one step: no
+  /// other process sees a part of it or takes a step of its own in between, no other thread uses
+  /// this object meanwhile, and a process that dies in it has changed nothing. Not to be nested.
   virtual void atOnce(const std::function<void()> &change) = 0;
 };
 
