@@ -93,6 +93,16 @@ TEST_F(LocalUsageSourceTest, TheLogsAreReadOffTheMainThread) {
   EXPECT_NE(*thread, QThread::currentThreadId());
 }
 
+TEST_F(LocalUsageSourceTest, WithoutAThreadToBeHadNothingIsTold) {
+  hasClaude();
+  m_pool.emplace(2, [](const std::function<void()> & /*work*/) { return false; });
+  makeSource();
+  EXPECT_TRUE(gaveNothing(Capture(m_source->capture())));
+  const auto agents = test::Awaited(m_source->present()).wait();
+  ASSERT_TRUE(agents);
+  EXPECT_FALSE(*agents);
+}
+
 TEST_F(LocalUsageSourceTest, CapturesThatOverlapAreBothWhole) {
   hasClaude();
   makeSource();
