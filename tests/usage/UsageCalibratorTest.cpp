@@ -138,7 +138,7 @@ TEST_F(UsageCalibratorTest, PeaksThatSomebodyWroteIntoTheFileByHandAreSamples) {
   EXPECT_EQ(calibrator.ceiling(10), 407);
   nextBlock();
   EXPECT_EQ(calibrator.ceiling(10), 396);
-  EXPECT_EQ(settings.object(SettingKeys::usageBlockPeaks)->toString(),
+  EXPECT_EQ(settings.object(SettingKeys::usageBlockPeaks).value_or(QVariant()).toString(),
             QStringLiteral("100,200,300,400,10"));
 }
 
@@ -201,7 +201,13 @@ public:
   int writesLeft = -1;
 
 private:
-  bool countsWrite() { return m_isAtOnce || (writesLeft != 0 && writesLeft-- != 0); }
+  bool countsWrite() {
+    if (m_isAtOnce || writesLeft == 0) {
+      return m_isAtOnce;
+    }
+    --writesLeft;
+    return true;
+  }
 
   test::MemorySettings m_kept;
   bool m_isAtOnce = false;
