@@ -120,7 +120,7 @@ void run(const EntryModes::Ground &ground, const QString &path) {
   QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
   QQuickStyle::setStyle(QStringLiteral("Basic"));
   AppearancePalettes::apply(AppearanceController::wanted(ground.setting));
-  SystemClock clock;
+  const SystemClock clock;
   QtScheduler scheduler;
   SeededRandomSource random;
   NoBody body;
