@@ -55,12 +55,6 @@ double rate(const std::optional<PetPack> &pack, PetBehaviorMode mode) {
   return std::clamp(wanted, slowestRate, fastestRate);
 }
 
-double wait(const std::pair<double, double> &range, double factor, RandomSource &random) {
-  const double low = factor * range.first;
-  const double high = factor * range.second;
-  return random.uniform(low, std::max(high, low + leastSpread));
-}
-
 const QString &playedName(const PetPack::Action &action) {
   return action.frameSet.isEmpty() ? action.id : action.frameSet;
 }
@@ -150,6 +144,12 @@ std::pair<double, double> cadence(const QString &mood) {
     return {70, 140};
   }
   return isDrowsy(mood) ? std::pair(150.0, 280.0) : std::pair(100.0, 200.0);
+}
+
+double wait(const std::pair<double, double> &range, double factor, RandomSource &random) {
+  const double low = factor * range.first;
+  const double high = factor * range.second;
+  return random.uniform(low, std::max(high, low + leastSpread));
 }
 
 std::vector<ProceduralGesture> gesturePool(const QString &mood) {

@@ -30,6 +30,11 @@ namespace morvo::BehaviorDirector {
 /// The least and the most seconds between two decisions at the pack's own pace.
 [[nodiscard]] std::pair<double, double> cadence(const QString &mood);
 
+/// Seconds to the next decision: somewhere in `factor` times the range, whose ends are then taken a
+/// second apart at least.
+[[nodiscard]] double wait(const std::pair<double, double> &range, double factor,
+                          RandomSource &random);
+
 /// Gestures that suit the mood; never empty.
 [[nodiscard]] std::vector<ProceduralGesture> gesturePool(const QString &mood);
 

@@ -237,22 +237,37 @@ TEST(BehaviorDirectorTest, theTempoShortensTheRestAfterAPerformanceToo) {
             text("none"));
 }
 
-TEST(BehaviorDirectorTest, theTwoEndsOfAVeryShortWaitAreASecondApart) {
+struct WaitRow {
+  std::pair<double, double> range;
+  double factor;
+  double low;
+  double high;
+};
+
+class WaitTest : public testing::TestWithParam<WaitRow> {};
+
+TEST_P(WaitTest, liesBetweenEndsThatAreASecondApartAtLeast) {
   SeededRandomSource random(7);
-  // Lonely, suppressed and five times as fast: from 5.5 to 11, so the spread is that of the pace.
-  BehaviorContext hurried = context(text("lonely"));
-  hurried.quiet = true;
-  double least = 1000;
-  double most = 0;
+  double least = GetParam().high;
+  double most = GetParam().low;
   for (int round = 0; round < 5000; ++round) {
-    const auto decision = BehaviorDirector::decide(hurried, withTempo(5), {}, random);
-    least = std::min(least, decision.wait);
-    most = std::max(most, decision.wait);
+    const double wait = BehaviorDirector::wait(GetParam().range, GetParam().factor, random);
+    ASSERT_GE(wait, GetParam().low);
+    ASSERT_LE(wait, GetParam().high);
+    least = std::min(least, wait);
+    most = std::max(most, wait);
   }
-  EXPECT_GE(most - least, 1);
-  EXPECT_GE(least, 5.5);
-  EXPECT_LE(most, 11);
+  const double near = (GetParam().high - GetParam().low) * 0.01;
+  EXPECT_NEAR(least, GetParam().low, near);
+  EXPECT_NEAR(most, GetParam().high, near);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    All, WaitTest,
+    testing::Values(WaitRow{{100, 200}, 1, 100, 200}, WaitRow{{100, 200}, 0.5, 50, 100},
+                    WaitRow{{55, 110}, 0.1, 5.5, 11}, WaitRow{{10, 20}, 0.1, 1, 2},
+                    WaitRow{{10, 20}, 0.05, 0.5, 1.5}, WaitRow{{55, 110}, 0.001, 0.055, 1.055},
+                    WaitRow{{7, 7}, 1, 7, 8}));
 
 struct ModeFiguresRow {
   PetBehaviorMode mode;

@@ -50,6 +50,44 @@ TEST_F(PetSceneBodyTest, theCarriedPetPlaysItsFramesFromTheFirstMomentOnly) {
   EXPECT_FALSE(m_scene.isCarried());
 }
 
+struct HintRow {
+  const char *word;
+  bool walks;
+  bool isCarried;
+  bool flies;
+};
+
+class HintTest : public PetSceneBodyTest, public testing::WithParamInterface<HintRow> {};
+
+TEST_P(HintTest, findsTheFramesOfWhatHappensToTheBody) {
+  frames(idle, 2);
+  frames(QStringLiteral("motion-1"), 2);
+  present(QByteArray(R"({"actions":[{"id":"a","frameSet":"motion-1","tags":["a )") +
+          GetParam().word + R"("]}]})");
+  const auto played = [this] { return shown().startsWith(u"motion-1/"); };
+  m_scene.beginGait(1);
+  EXPECT_EQ(played(), GetParam().walks);
+  m_scene.endGait();
+  m_scene.setCarried(true, 0);
+  EXPECT_EQ(played(), GetParam().isCarried);
+  m_scene.setCarried(false, 0);
+  m_scene.setTossed(true);
+  EXPECT_EQ(played(), GetParam().flies);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, HintTest,
+    testing::Values(HintRow{"walk", true, false, false}, HintRow{"run", true, false, false},
+                    HintRow{"move", true, false, false}, HintRow{"stroll", true, false, false},
+                    HintRow{"trot", true, false, false}, HintRow{"走", true, false, false},
+                    HintRow{"跑", true, false, false}, HintRow{"散步", true, false, false},
+                    HintRow{"carried", false, true, false}, HintRow{"held", false, true, false},
+                    HintRow{"grab", false, true, false}, HintRow{"被拎", false, true, false},
+                    HintRow{"拎起", false, true, false}, HintRow{"tossed", false, false, true},
+                    HintRow{"dizzy", false, false, true}, HintRow{"thrown", false, false, true},
+                    HintRow{"fly", false, false, true}, HintRow{"眩晕", false, false, true},
+                    HintRow{"甩飞", false, false, true}, HintRow{"jump", false, false, false}));
+
 TEST_F(PetSceneBodyTest, aSinglePictureOfTheCarriedPetLeavesTheLoopRunning) {
   frames(idle, 24);
   frames(QStringLiteral("held"), 1);
