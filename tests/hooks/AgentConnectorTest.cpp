@@ -372,7 +372,7 @@ TEST(ClaudeConnectorTest, KnowsItsOwnCommandInGroups) {
 }
 
 TEST(ClaudeConnectorTest, TellsWhatKeepsTheApprovalsFromRunning) {
-  HookHome home;
+  HookHome home(QStringLiteral("home"));
   ActConnector act(home.context());
   ASSERT_TRUE(act.setConnected(true).has_value());
   const auto told = [&] { return ClaudeConnector(home.context()).obstacles().join(u'\n'); };
