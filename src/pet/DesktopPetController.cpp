@@ -315,7 +315,7 @@ void DesktopPetController::recoverIfUnreachable() {
     return;
   }
   if (!m_motion->isWithinReach()) {
-    m_motion->place(defaultPlace(m_window->size()).topLeft());
+    m_motion->place(defaultPlace(m_window->place().size()).topLeft());
   }
 }
 

@@ -59,7 +59,7 @@ DesktopPetWindow::~DesktopPetWindow() { retire(); }
 void DesktopPetWindow::showAt(const QRect &place, int spriteSide) {
   m_place = place;
   m_spriteSide = spriteSide;
-  setGeometry(place);
+  assertPlace();
   create();
   m_ground.windows.prepareOverlay(*this);
   layBubble(false);
@@ -78,7 +78,7 @@ void DesktopPetWindow::resizeTo(const QRect &place, int spriteSide) {
   if (m_drag) {
     m_drag->placeWindow(place.topLeft());
   }
-  setGeometry(place);
+  assertPlace();
   layBubble(false);
   draw(QRect(QPoint(), size()));
 }
@@ -86,8 +86,7 @@ void DesktopPetWindow::resizeTo(const QRect &place, int spriteSide) {
 void DesktopPetWindow::moveTo(QPoint corner) {
   if (corner != m_place.topLeft()) {
     m_place.moveTopLeft(corner);
-    // With the size: on the way onto a monitor of another density Qt may have another one.
-    setGeometry(m_place);
+    assertPlace();
   }
 }
 
@@ -156,9 +155,16 @@ void DesktopPetWindow::exposeEvent(QExposeEvent * /*event*/) {
 
 void DesktopPetWindow::resizeEvent(QResizeEvent * /*event*/) {
   // Qt keeps a window's pixels when their density changes, and so changes its points.
-  if (!m_retired && size() != m_place.size() && devicePixelRatio() != m_ratio) {
-    setGeometry(m_place);
+  // Once for each density: not every system has every size to give.
+  if (!m_retired && size() != m_place.size() && devicePixelRatio() != m_placedRatio) {
+    assertPlace();
   }
+}
+
+void DesktopPetWindow::assertPlace() {
+  m_placedRatio = devicePixelRatio();
+  // With the size: on the way onto a monitor of another density Qt may have another one.
+  setGeometry(m_place);
 }
 
 void DesktopPetWindow::wake() {
@@ -216,8 +222,11 @@ void DesktopPetWindow::draw(const QRegion &changed) {
   bool all = m_drawnRevision == nothingDrawn || changed.boundingRect() == whole;
   if (m_store.size() != size() || m_ratio != devicePixelRatio()) {
     m_store.resize(size());
-    m_ratio = devicePixelRatio();
     all = true;
+  }
+  if (std::exchange(m_ratio, devicePixelRatio()) != devicePixelRatio()) {
+    // Qt may have changed the size again since it told of it.
+    assertPlace();
   }
   const QRegion dirty = all ? QRegion(whole) : changed & whole;
   m_store.beginPaint(dirty);

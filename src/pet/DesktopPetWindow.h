@@ -70,6 +70,8 @@ protected:
   void wheelEvent(QWheelEvent *event) override;
 
 private:
+  /// Has the window system put the window where it belongs.
+  void assertPlace();
   void tick();
   void arm();
   void draw(const QRegion &changed);
@@ -90,8 +92,9 @@ private:
   BubbleLook m_bubbleLook;
   QRect m_place;
   int m_spriteSide = 0;
-  /// Pixels to the point of the picture in the store.
+  /// Pixels to the point of the picture in the store, and when the window was put in its place.
   double m_ratio = 0;
+  double m_placedRatio = 0;
   Scheduler::Timer m_timer;
   Instant m_nextTick;
   std::uint64_t m_drawnRevision = 0;
