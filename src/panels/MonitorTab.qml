@@ -281,6 +281,9 @@ ColumnLayout {
                         wrapMode: Text.Wrap
                     }
                     PanelSwitch {
+                        // A row that was once higher, while its words still wrapped, would leave a
+                        // switch in its middle where that was.
+                        Layout.alignment: Qt.AlignTop
                         look: tab.look
                         text: setting.label
                         on: setting.isOn

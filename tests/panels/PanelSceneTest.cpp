@@ -17,6 +17,9 @@ using test::SceneGrid;
 /// cell is many more.
 constexpr int toleratedStrangers = 12;
 
+/// The largest text size that the settings offer.
+constexpr double largestText = 1.4;
+
 struct Scene {
   const char *content;
   const char *tab;
@@ -32,6 +35,9 @@ class PanelSceneTest : public test::PanelFixture {
 protected:
   void begin(const Scene &scene) {
     set(SettingKeys::appearance, QString::fromLatin1(scene.appearance));
+    if (std::string_view(scene.content) == "large") {
+      set(SettingKeys::fontScale, largestText);
+    }
     m_environment.insert(QStringLiteral("MORVO_SHOW_PANEL"), QString::fromLatin1(scene.tab));
     AppearancePalettes::apply(
         AppearanceController::wanted(Setting(m_settings, Environment(m_environment))));
@@ -42,6 +48,10 @@ protected:
     const std::string_view content = scene.content;
     if (content == "overfull") {
       m_store->show(overfull());
+    } else if (content == "large") {
+      PetStore::Picture picture = normal();
+      picture.agents.reset();
+      m_store->show(picture);
     } else if (content != "empty") {
       m_store->show(normal());
     }
@@ -101,6 +111,9 @@ std::vector<Scene> scenes() {
         all.push_back({content, tab, appearance});
       }
     }
+  }
+  for (const char *tab : {"chat", "drawer", "pet"}) {
+    all.push_back({"large", tab, "light"});
   }
   return all;
 }
