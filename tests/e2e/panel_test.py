@@ -139,6 +139,7 @@ class PanelTest(unittest.TestCase):
     def test_the_pet_stands_beneath_the_open_panel_and_above_all_afterwards(self):
         self.settings.write_text("[General]\nmorvo.set.appearance=dark\n")
         self.start()
+        self.lines.wait("the pet", "[DESKPET] shown at", DEADLINE)
         shown = next(line for _, line in self.lines.seen if "[DESKPET] shown at" in line)
         x, y, width, height = (int(part) for part in
                                shown.split("(")[1].split(")")[0].split(", "))
