@@ -44,6 +44,8 @@ Rectangle {
         // Whether one reads at the end; what takes room or gives it does not move one from there.
         property bool showsEnd: true
         property bool placing: false
+        // Before the first picture nobody reads: where it stands is the layout's doing.
+        property bool drawn: false
 
         function scrollToBottom() {
             timeline.showsEnd = true
@@ -75,11 +77,19 @@ Rectangle {
         onVisibleChanged: timeline.keepEnd()
         onHeightChanged: timeline.keepEnd()
         onContentYChanged: {
-            if (!timeline.placing) {
+            if (timeline.drawn && !timeline.placing) {
                 timeline.showsEnd = timeline.atYEnd
             }
         }
 
+        Connections {
+            target: timeline.drawn ? null : ground.Window.window
+
+            function onFrameSwapped() {
+                timeline.keepEnd()
+                timeline.drawn = timeline.visible
+            }
+        }
         Connections {
             target: ground.look
 

@@ -492,6 +492,17 @@ protected:
   PetStore::Picture m_picture;
 };
 
+class FilledTimelineTest : public TimelineTest {
+protected:
+  void SetUp() override {
+    m_before = overfull();
+    open();
+    ASSERT_NE(timeline(), nullptr);
+  }
+};
+
+TEST_F(FilledTimelineTest, IsOpenedAtTheNewest) { EXPECT_TRUE(isAtEnd()); }
+
 TEST_F(TimelineTest, BeginsAtTheNewest) { EXPECT_TRUE(isAtEnd()); }
 
 TEST_F(TimelineTest, StaysWhereItIsReadWhateverElseChanges) {

@@ -64,6 +64,9 @@ void PanelFixture::open() {
   AppearancePalettes::apply(
       AppearanceController::wanted(Setting(m_settings, Environment(m_environment))));
   start();
+  if (m_before) {
+    m_store->show(*m_before);
+  }
   m_entries = std::make_unique<PanelEntries>(m_doors);
   makeStage(false);
   m_view = std::make_unique<QQuickView>();

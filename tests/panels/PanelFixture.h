@@ -48,6 +48,8 @@ protected:
   [[nodiscard]] static PetStore::Picture overfull();
 
   PanelEntries::Doors m_doors;
+  /// What the store shows before the panel is loaded.
+  std::optional<PetStore::Picture> m_before;
   QStringList m_sent;
   std::unique_ptr<PanelEntries> m_entries;
   std::unique_ptr<MorvoSprites> m_sprites;
