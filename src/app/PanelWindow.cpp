@@ -62,6 +62,7 @@ bool PanelWindow::load() {
   }
   connect(view.get(), &QWindow::activeChanged, this, &PanelWindow::closeWhenInactive);
   connect(view.get(), &QWindow::visibleChanged, this, &PanelWindow::visibleChanged);
+  connect(view.get(), &QQuickWindow::frameSwapped, this, &PanelWindow::drawn);
   // Of a type that only the QML file knows.
   connect(view->rootObject(), SIGNAL(closeRequested()), this, SLOT(close()));
   m_view = std::move(view);
@@ -81,8 +82,8 @@ void PanelWindow::show(const std::optional<QRect> &icon, const std::optional<QPo
   const QRect workArea = screen->availableGeometry();
   m_view->rootObject()->setProperty("screenHeight", workArea.height());
   m_view->setPosition(PanelPlacement::origin(m_view->size(), workArea, anchor));
-  connect(m_view.get(), &QQuickWindow::frameSwapped, this, &PanelWindow::drawn,
-          static_cast<Qt::ConnectionType>(Qt::UniqueConnection | Qt::SingleShotConnection));
+  m_awaitsFrame = true;
+  m_hasBeenActive = false;
   m_view->show();
   m_view->raise();
   m_view->requestActivate();
@@ -91,6 +92,9 @@ void PanelWindow::show(const std::optional<QRect> &icon, const std::optional<QPo
 
 /// The first frame of an opening. By now a window manager has put its frame around the window.
 void PanelWindow::drawn() {
+  if (!std::exchange(m_awaitsFrame, false)) {
+    return;
+  }
   if (m_ground.store.setting().environment().isOne(QStringLiteral("MORVO_DEBUG"))) {
     Diagnostics::line(u"PANEL", u"drawn");
   }
@@ -99,7 +103,7 @@ void PanelWindow::drawn() {
   }
 }
 
-void PanelWindow::visibleChanged(bool visible) {
+void PanelWindow::visibleChanged(bool visible) const {
   if (!visible && m_ground.onScreen) {
     m_ground.onScreen(nullptr);
   }
@@ -113,8 +117,12 @@ void PanelWindow::close() {
 
 bool PanelWindow::isShown() const { return m_view && m_view->isVisible(); }
 
+/// News of the last opening's end may come after the next one has begun: only a panel that has had
+/// the keyboard since can lose it.
 void PanelWindow::closeWhenInactive() {
-  if (m_transient && m_view->isVisible() && !m_view->isActive()) {
+  if (m_view->isActive()) {
+    m_hasBeenActive = true;
+  } else if (m_transient && m_hasBeenActive && m_view->isVisible()) {
     m_view->hide();
     m_sinceClosedItself.start();
   }

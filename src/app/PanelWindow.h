@@ -43,6 +43,7 @@ public:
   static const QString mainPanel;
 
   explicit PanelWindow(Ground ground);
+  Q_DISABLE_COPY_MOVE(PanelWindow)
   ~PanelWindow() override;
 
   void show(const std::optional<QRect> &icon, const std::optional<QPoint> &click) override;
@@ -55,11 +56,15 @@ private:
   [[nodiscard]] bool load();
   void closeWhenInactive();
   void drawn();
-  void visibleChanged(bool visible);
+  void visibleChanged(bool visible) const;
 
   Ground m_ground;
   std::unique_ptr<QQuickView> m_view;
   bool m_transient = true;
+  /// Shown, and yet to be drawn.
+  bool m_awaitsFrame = false;
+  /// Since it was last shown.
+  bool m_hasBeenActive = false;
   /// Runs from the moment at which a click elsewhere closed the panel.
   QElapsedTimer m_sinceClosedItself;
 };

@@ -191,7 +191,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ShrinkRow{"inTheCorner", {1232, 752}, {1232, 638}}),
     [](const auto &row) { return row.param.name; });
 
-TEST_F(DesktopPetControllerTest, APetThatIsMadeSmallerInAHandIsTakenBackWhenItIsLetGo) {
+TEST_F(DesktopPetControllerTest, APetThatIsMadeSmallerInAHandIsNotTakenOutOfIt) {
   DesktopPetWindow &window = shown();
   const QPointF at = window.position() + QPoint(150, 300);
   mouse(window, QEvent::MouseButtonPress, at, 1000);

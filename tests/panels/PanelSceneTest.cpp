@@ -30,6 +30,8 @@ std::string nameOf(const Scene &scene) {
   return std::string(scene.content) + "_" + scene.tab + "_" + scene.appearance;
 }
 
+void PrintTo(const Scene &scene, std::ostream *out) { *out << nameOf(scene); }
+
 /// The whole panel, drawn as `MORVO_RENDER` draws it, without a window.
 class PanelSceneTest : public test::PanelFixture {
 protected:
