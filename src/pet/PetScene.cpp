@@ -267,7 +267,10 @@ void PetScene::setTheme(const AdaptiveColor &theme) {
     return;
   }
   m_theme = theme;
-  if (m_pet && m_pet->texture() && !m_pet->texture()->picture.isNull()) {
+  if (!m_pet) {
+    return;
+  }
+  if (const auto &shown = m_pet->texture(); shown && !shown->picture.isNull()) {
     m_pet->setTexture(firstPicture());
   }
 }

@@ -207,10 +207,10 @@ TokenEvents GenericUsageReader::events(const QString &under, double sinceHours,
     present.insert_or_assign(file.path, *sums);
     if (sums->billable > 0) {
       events.add({.ts = file.identity.modifiedAt(),
-                        .billable = sums->billable,
-                        .cacheRead = sums->cacheRead,
-                        .cost = price.ofMixed(sums->billable),
-                        .burnable = false});
+                  .billable = sums->billable,
+                  .cacheRead = sums->cacheRead,
+                  .cost = price.ofMixed(sums->billable),
+                  .burnable = false});
     }
   }
   known = std::move(present);

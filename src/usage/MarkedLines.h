@@ -15,8 +15,8 @@
 namespace morvo {
 
 /// Reads a log from front to back and hands over the lines that hold a marker, but for those beyond
-/// `LogLine::longest`. Holds no more memory than twice the longest line of a log and a block; what a
-/// long line took is given back when the next log is read.
+/// `LogLine::longest`. Holds no more memory than twice the longest line of a log and a block; what
+/// a long line took is given back when the next log is read.
 ///
 /// Not thread-safe; use one for many files.
 class MarkedLines {
