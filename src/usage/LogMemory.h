@@ -37,12 +37,7 @@ public:
       }
     };
     if (jobs.size() > 1 && bytes >= worthAnotherThread) {
-      std::jthread helper;
-      try {
-        helper = std::jthread(work);
-      } catch (const std::system_error &) {
-        // Without a thread to be had the work is done alone.
-      }
+      const std::jthread second = threadFor(work);
       work();
     } else if (!jobs.empty()) {
       work();
@@ -53,6 +48,15 @@ public:
   [[nodiscard]] const Log &of(const LogFile &file) const { return m_logs.at(keyOf(file)); }
 
 private:
+  /// None where no thread is to be had: the work is then done alone.
+  template <typename Work> [[nodiscard]] static std::jthread threadFor(const Work &work) {
+    try {
+      return std::jthread(work);
+    } catch (const std::system_error &) {
+      return {};
+    }
+  }
+
   /// Less is read before another thread has begun.
   static constexpr std::int64_t worthAnotherThread = std::int64_t{2} << 20U;
 
