@@ -91,9 +91,10 @@ void ApprovalPrompt::forgetStore() {
 void ApprovalPrompt::turnToRequest() {
   m_endSeen = false;
   m_endWasHidden = false;
+  // First: while the card turns to the request, the place of the one before may be its end.
+  awaitFrames();
   Q_EMIT requestChanged();
   Q_EMIT noteChanged();
-  awaitFrames();
 }
 
 std::optional<PermRequest> ApprovalPrompt::request() const {

@@ -384,6 +384,20 @@ TEST_F(ApprovalPromptTest, TheEndOfOneRequestIsNotTheEndOfTheNext) {
   EXPECT_FALSE(m_prompt.isApprovable());
 }
 
+TEST_F(ApprovalPromptTest, AnEndPassedWhileTheCardTurnsToARequestWasNotSeen) {
+  settleRequest();
+  m_prompt.setEndShown(false);
+  QObject::connect(&m_prompt, &ApprovalPrompt::requestChanged, &m_prompt, [this] {
+    m_prompt.setEndShown(true);
+    m_prompt.setEndShown(false);
+  });
+  request(QStringLiteral("a\nb"), QStringLiteral("Bash"), QStringLiteral("ba9876543210"));
+  frame();
+  advance(500ms);
+  EXPECT_TRUE(m_prompt.isRejectable());
+  EXPECT_FALSE(m_prompt.isApprovable());
+}
+
 TEST_F(ApprovalPromptTest, AnEmptySummaryHasNoEndToLookFor) {
   m_prompt.setEndShown(false);
   settleRequest(QString());

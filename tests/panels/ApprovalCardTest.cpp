@@ -284,6 +284,21 @@ TEST_F(ApprovalCardTest, ARequestThatTakesThePlaceOfAnotherIsShownFromItsFirstLi
   EXPECT_FALSE(approve()->isEnabled());
 }
 
+TEST_F(ApprovalCardTest, AShorterRequestThatTakesThePlaceOfOneReadHalfWayIsReadToItsEndToo) {
+  sendPermission(requestId, QStringLiteral("Bash"), longSummary);
+  letTheCardGrow();
+  summaryBox()->setProperty("contentY", 600);
+  settle();
+  sendPermission(QStringLiteral("ba9876543210"), QStringLiteral("Bash"),
+                 QStringLiteral("\n").repeated(20) + QStringLiteral("rm -rf ~"));
+  letTheCardGrow();
+  advance(ApprovalPrompt::settleTime);
+  settle();
+  EXPECT_EQ(summaryBox()->property("contentY").toDouble(), 0);
+  EXPECT_TRUE(reject()->isEnabled());
+  EXPECT_FALSE(approve()->isEnabled());
+}
+
 TEST_F(ApprovalCardTest, APressThatBeganBeforeTheCardTookAnswersIsNone) {
   request();
   const QPointF middle =
