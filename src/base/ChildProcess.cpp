@@ -138,7 +138,8 @@ private:
   void keep(BoundedBytes &kept, const QByteArray &bytes) const {
     kept.append(bytes);
     if (kept.isTruncated()) {
-      signalGroup(m_process->processId(), SIGKILL);
+      // Its last bytes may come when it has been reaped.
+      killGroup(m_leader);
     }
   }
 

@@ -8,6 +8,9 @@ namespace {
 /// Longer names are none that anybody wants; they are cut.
 constexpr qsizetype longestName = 256;
 
+/// Some editors put it in front of UTF-8.
+constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+
 } // namespace
 
 void JsonExcerpt::feed(QByteArrayView bytes) {
@@ -39,7 +42,10 @@ void JsonExcerpt::take(char byte) {
     }
     return;
   }
-  if (!JsonNesting::isSpace(byte)) {
+  if (m_place == Place::before && m_marks < byteOrderMark.size() &&
+      byte == byteOrderMark[m_marks]) {
+    ++m_marks;
+  } else if (!JsonNesting::isSpace(byte)) {
     takeOutside(byte);
   }
 }

@@ -44,6 +44,8 @@ private:
 
   std::vector<QByteArray> m_names;
   Place m_place = Place::before;
+  /// Bytes of the byte order mark that have come.
+  qsizetype m_marks = 0;
   JsonNesting m_nesting;
   QByteArray m_name;
   bool m_isWanted = false;

@@ -38,6 +38,12 @@ TEST_P(JsonExcerptCut, ANameThatIsWrittenWithEscapesMayBeWanted) {
   EXPECT_EQ(excerptOf(R"({"\u0061":1,"\"":2,"\\":3})"), R"({"\u0061":1,"\"":2,"\\":3})");
 }
 
+TEST_P(JsonExcerptCut, AByteOrderMarkIsPassedOverOnceAndOnlyInFront) {
+  EXPECT_EQ(excerptOf("\xEF\xBB\xBF{\"a\":1}"), R"({"a":1})");
+  EXPECT_EQ(excerptOf("\xEF\xBB\xBF\xEF\xBB\xBF{\"a\":1}"), QByteArray());
+  EXPECT_EQ(excerptOf("{\xEF\xBB\xBF\"a\":1}"), QByteArray());
+}
+
 TEST_P(JsonExcerptCut, WhatIsNoWholeObjectHasNone) {
   for (const char *const text :
        {"",           " ",           "{",           "[]",         "7",
