@@ -69,7 +69,8 @@ void JsonExcerpt::takeOutside(char byte) {
 void JsonExcerpt::beginValue() {
   m_place = Place::value;
   // One that is written with escapes may be one of them.
-  m_isWanted = m_name.contains('\\') || std::ranges::find(m_names, m_name) != m_names.end();
+  m_isWanted = m_name.size() < longestName &&
+               (m_name.contains('\\') || std::ranges::find(m_names, m_name) != m_names.end());
   if (m_isWanted) {
     m_excerpt.append(m_excerpt.isEmpty() ? "\"" : ",\"").append(m_name).append("\":");
   }

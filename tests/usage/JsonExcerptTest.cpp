@@ -44,6 +44,11 @@ TEST_P(JsonExcerptCut, AByteOrderMarkIsPassedOverOnceAndOnlyInFront) {
   EXPECT_EQ(excerptOf("{\xEF\xBB\xBF\"a\":1}"), QByteArray());
 }
 
+TEST_P(JsonExcerptCut, ANameTooLongToBeWantedIsLeftOutWhateverItHolds) {
+  const QByteArray longName = QByteArray(255, 'x') + "\\u0061" + QByteArray(20, 'y');
+  EXPECT_EQ(excerptOf("{\"" + longName + R"(":1,"a":2})"), R"({"a":2})");
+}
+
 TEST_P(JsonExcerptCut, WhatIsNoWholeObjectHasNone) {
   for (const char *const text :
        {"",           " ",           "{",           "[]",         "7",
