@@ -52,7 +52,7 @@ TEST_P(JsonExcerptCut, ANameTooLongToBeWantedIsLeftOutWhateverItHolds) {
 TEST_P(JsonExcerptCut, WhatIsNoWholeObjectHasNone) {
   for (const char *const text :
        {"",           " ",           "{",           "[]",         "7",
-        "null",       "{\"a\"",      "{\"a\":",     "{\"a\":1",   "{\"a\":\"}",
+        "null",       "{\"a\"",      "{\"a\":",     "{\"a\":1",   R"({"a":"})",
         "{\"a\":1}}", "{\"a\":1}{}", "{\"a\":1} x", "{\"a\":1]",  "{a:1}",
         "{,}",        "{\"a\":1,}",  "{\"a\" 1}",   "x{\"a\":1}", "{\"c\":[1,2}"}) {
     EXPECT_EQ(excerptOf(text), QByteArray()) << text;
